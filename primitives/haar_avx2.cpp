@@ -1,0 +1,3 @@
+#include "primitives/haar_kernels.h"
+
+void fillHaarKernelsAvx2(HaarKernels&) {}

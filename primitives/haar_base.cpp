@@ -1,0 +1,3 @@
+#include "primitives/haar_kernels.h"
+
+void fillHaarKernelsBase(HaarKernels&) {}

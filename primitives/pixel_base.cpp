@@ -1,0 +1,3 @@
+#include "primitives/pixel_kernels.h"
+
+void fillPixelKernelsBase(PixelKernels&) {}

@@ -1,0 +1,3 @@
+#include "primitives/resample_kernels.h"
+
+void fillResampleKernelsBase(ResampleKernels&) {}
