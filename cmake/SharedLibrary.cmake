@@ -7,3 +7,4 @@ set_target_properties(portraitcut PROPERTIES
   LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/cmake/exports.map)
 target_link_options(portraitcut PRIVATE
   -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/cmake/exports.map -Wl,--no-undefined -Wl,--as-needed)
+add_library(portraitcut::portraitcut ALIAS portraitcut)

@@ -1,0 +1,105 @@
+# Front door of the build. Everything below builds with CMake and Ninja; the presets stand in CMakePresets.json.
+#
+#   make demo      build, cut a portrait from the sample picture, leave the result in out/
+#   make test      build and run all tests
+#
+# Both first install the Debian packages that are missing, as root or through sudo.
+
+# The packages of Debian 12 that each kind of work needs; the only place where they are listed.
+build_packages := g++ cmake ninja-build libjpeg-dev libpng-dev zlib1g-dev
+test_packages := $(build_packages) libgtest-dev pkg-config
+bench_packages := $(test_packages) libbenchmark-dev
+coverage_packages := $(test_packages) gcovr
+
+jobs ?= $(shell nproc 2>/dev/null || echo 2)
+prefix ?= /usr/local
+DESTDIR ?=
+out := out
+ctest := ctest --output-on-failure --no-tests=error -j$(jobs)
+
+# Address space randomisation with many bits leaves no room for the shadow of older thread sanitizers.
+tsan_run := $(shell setarch -R true 2>/dev/null && echo setarch -R)
+# Tests that start threads; the others teach the thread sanitizer nothing.
+tsan_tests ?= [Tt]hread|[Pp]arallel|[Cc]oncurren|[Ff]rame|[Hh]andle|[Ii]nit
+
+export ASAN_OPTIONS ?= detect_leaks=1:allocator_may_return_null=1
+export UBSAN_OPTIONS ?= print_stacktrace=1
+export TSAN_OPTIONS ?= halt_on_error=1
+
+.PHONY: all build demo test bench asan tsan coverage format install uninstall clean help
+.PHONY: packages-build packages-test packages-bench packages-coverage
+
+all: build
+
+# $(call install_missing,packages): nothing is done, and nothing said, when all are there.
+define install_missing
+@command -v dpkg-query >/dev/null || { echo "Not a Debian system: these must be there: $(1)"; exit 0; }; \
+missing=; \
+for package in $(1); do \
+  dpkg-query -W -f='$${Status}' $$package 2>/dev/null | grep -q '^install ok installed' || missing="$$missing $$package"; \
+done; \
+[ -n "$$missing" ] || exit 0; \
+if [ "$$(id -u)" = 0 ]; then as_root=; \
+elif command -v sudo >/dev/null; then as_root=sudo; \
+else echo "Missing packages, and neither root nor sudo to install them. As root: apt-get install$$missing"; exit 1; fi; \
+echo "Installing missing Debian packages$${as_root:+ through sudo}:$$missing"; \
+$$as_root apt-get update -q && \
+$$as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends $$missing
+endef
+
+packages-build: ; $(call install_missing,$(build_packages))
+packages-test: ; $(call install_missing,$(test_packages))
+packages-bench: ; $(call install_missing,$(bench_packages))
+packages-coverage: ; $(call install_missing,$(coverage_packages))
+
+build: packages-build
+	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=OFF -B build/demo
+	cmake --build build/demo -j $(jobs)
+
+demo: build
+	@mkdir -p $(out)
+	build/demo/examples/cut_portrait tests/data/average_faces.png $(out)/portrait.jpg 300 400
+	build/demo/examples/annotate tests/data/average_faces.png $(out)/annotated.png 300 400
+	@echo
+	@echo "The portrait:                    $(abspath $(out))/portrait.jpg"
+	@echo "Faces (green) and cut (yellow):  $(abspath $(out))/annotated.png"
+
+test: packages-test
+	cmake --preset release
+	cmake --build --preset release -j $(jobs)
+	cd build/release && $(ctest)
+
+bench: packages-bench
+	cmake --preset release -DPORTRAITCUT_BUILD_BENCH=ON -DPORTRAITCUT_BUILD_TESTS=OFF -B build/bench
+	cmake --build build/bench -j $(jobs)
+	cmake --build build/bench --target run_bench
+
+asan: packages-test
+	cmake --preset asan-ubsan
+	cmake --build --preset asan-ubsan -j $(jobs)
+	cd build/asan-ubsan && $(ctest)
+
+tsan: packages-test
+	cmake --preset tsan
+	cmake --build --preset tsan -j $(jobs)
+	cd build/tsan && $(tsan_run) $(ctest) -R '$(tsan_tests)'
+
+coverage: packages-coverage
+	cmake --preset coverage
+	cmake --build --preset coverage -j $(jobs)
+	cd build/coverage && $(ctest)
+	gcovr --root . --filter '(primitives|image|codecs|detect|eyes|features|framing|api)/' build/coverage \
+	  --html-details build/coverage/coverage.html --print-summary
+
+format: ; git ls-files '*.cpp' '*.c' '*.h' | xargs clang-format -i
+
+install: build
+	DESTDIR="$(DESTDIR)" cmake --install build/demo --prefix "$(prefix)"
+
+# CMake leaves the list of what it installed.
+uninstall:
+	while read -r file; do rm -f "$(DESTDIR)$$file"; done < build/demo/install_manifest.txt
+
+clean: ; rm -rf build $(out)
+
+help: ; @echo "make demo | test | bench | asan | tsan | coverage | build | install | uninstall | format | clean"
