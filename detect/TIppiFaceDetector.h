@@ -6,6 +6,7 @@
 #include "detect/TRectangle.h"
 #include "primitives/ippi.h"
 
+class CascadeStream;
 class TIppiImage;
 struct TFacePosition;
 
@@ -64,6 +65,11 @@ class TIppiFaceDetector {
  private:
   void LoadHaarClassifierStream();
   void LoadStream(const unsigned char* stream, unsigned size);
+  void ReadStages(CascadeStream& in);
+  void ReadStage(CascadeStream& in, int s, int& c, int& f);
+  void ScaleWeights();
+  void BuildStages();
+  void Release();
 };
 
 extern TIppiFaceDetector* IppiFaceDetector;
