@@ -1,0 +1,74 @@
+#include <cstring>
+
+#include "primitives/ippi.h"
+#include "primitives/kernels.h"
+#include "primitives/regions.h"
+
+namespace {
+
+IppStatus copyBytes(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize roi, std::size_t pixelBytes) {
+  return forRows(src, srcStep, dst, dstStep, roi,
+                 [=](const Ipp8u* from, Ipp8u* to, std::size_t count) { std::memmove(to, from, count * pixelBytes); });
+}
+
+template <int channels>
+void join(const Ipp8u* const* planes, int srcStep, Ipp8u* dst, int dstStep, IppiSize roi) {
+  for (int k = 0; k < channels; ++k) {
+    for (int y = 0; y < roi.height; ++y) {
+      const Ipp8u* from = rowAt(planes[k], srcStep, y);
+      Ipp8u* to = rowAt(dst, dstStep, y) + k;
+      for (std::ptrdiff_t x = 0; x < roi.width; ++x) to[x * channels] = from[x];
+    }
+  }
+}
+
+}  // namespace
+
+IppStatus ippiCopy_8u_C1R(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize roi) {
+  return copyBytes(src, srcStep, dst, dstStep, roi, 1);
+}
+
+IppStatus ippiCopy_8u_C3R(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize roi) {
+  return copyBytes(src, srcStep, dst, dstStep, roi, 3);
+}
+
+IppStatus ippiCopy_8u_C4R(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize roi) {
+  return copyBytes(src, srcStep, dst, dstStep, roi, 4);
+}
+
+IppStatus ippiCopy_8u_AC4R(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize roi) {
+  return forRows(src, srcStep, dst, dstStep, roi, kernels().pixel.copyAC4);
+}
+
+IppStatus ippiCopy_8u_AC4C3R(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize roi) {
+  return forRows(src, srcStep, dst, dstStep, roi, kernels().pixel.copyAC4C3);
+}
+
+IppStatus ippiCopy_8u_C3AC4R(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize roi) {
+  return forRows(src, srcStep, dst, dstStep, roi, kernels().pixel.copyC3AC4);
+}
+
+IppStatus ippiCopy_8u_C1C4R(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize roi) {
+  return forRows(src, srcStep, dst, dstStep, roi, kernels().pixel.copyC1C4);
+}
+
+// One plane given for every channel, the way gray becomes colour, is the case that has a kernel.
+IppStatus ippiCopy_8u_P3C3R(const Ipp8u* const src[3], int srcStep, Ipp8u* dst, int dstStep, IppiSize roi) {
+  if (src == nullptr) return ippStsNullPtrErr;
+  if (const IppStatus status = checkRegion(roi, src[0], src[1], src[2], dst)) return status;
+  if (src[0] == src[1] && src[0] == src[2]) {
+    return forRows(src[0], srcStep, dst, dstStep, roi, kernels().pixel.replicateC3);
+  }
+  join<3>(src, srcStep, dst, dstStep, roi);
+  return ippStsNoErr;
+}
+
+IppStatus ippiCopy_8u_P4C4R(const Ipp8u* const src[4], int srcStep, Ipp8u* dst, int dstStep, IppiSize roi) {
+  if (src == nullptr) return ippStsNullPtrErr;
+  if (const IppStatus status = checkRegion(roi, src[0], src[1], src[2], src[3], dst)) return status;
+  if (src[0] == src[1] && src[0] == src[2] && src[0] == src[3]) {
+    return forRows(src[0], srcStep, dst, dstStep, roi, kernels().pixel.replicateC4);
+  }
+  join<4>(src, srcStep, dst, dstStep, roi);
+  return ippStsNoErr;
+}
