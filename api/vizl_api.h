@@ -1,40 +1,489 @@
-/* The image-handle interface of libportraitcut. */
+/* The image-handle interface of libportraitcut: load a picture, find the faces in it, cut a portrait.
+ *
+ * Coordinates. Positions are in pixels of the picture that a handle holds. (0, 0) is the top left pixel, x
+ * grows to the right and y downwards. Rectangles are two inclusive corners: x1 to x2 is x2 - x1 + 1 columns.
+ * Angles are in degrees; a positive angle turns a picture clockwise as the viewer sees it. The one place with
+ * another order of rows is VIZL_GetImageData.
+ *
+ * Codes. Every function with an int32_t result returns VIZLE_OK or one of the negative VIZLE_ codes. "Codes"
+ * below lists those of a function besides VIZLE_OK. Two reasons for VIZLE_INVALID_ARGUMENT hold everywhere
+ * and are not repeated: the library is not initialised, and a size is beyond the limits or memory is short
+ * (functions that decode or encode report these by VIZLE_BAD_IMAGE_FILE or VIZLE_IMAGE_IO_FAILED).
+ *
+ * Failures. Unless a function says otherwise, one that fails writes none of its outputs and leaves every
+ * image as it was.
+ *
+ * Limits. A side has at most 65,535 pixels and the pixels of one image fill less than 2 GiB. Rows are padded:
+ * see VIZL_GetImageData.
+ *
+ * Ownership. The library owns the images behind handles; the caller frees each handle with VIZL_FreeImage.
+ * Buffers, names and arrays that are passed in stay the caller's and are not kept after the call.
+ *
+ * Threads. Any number of threads may call the library at once, with three exceptions. VIZL_Initialize and
+ * VIZL_Finalize must not run at the same time as any other call. A handle must not be freed, filled or used
+ * as the destination of an operation while another call works on it. A context must not be freed while a
+ * call uses it. Detections on one handle may run at once. "Threads" below says more where there is more.
+ *
+ * Contexts. A function with the ending _C takes a context, a set of settings of its own (see VIZL_CreateContext_ID);
+ * the function without the ending is the same with context 0, the process-wide settings. */
 #ifndef VIZL_API_H
 #define VIZL_API_H
 
 #include <stdbool.h>
 #include <stdint.h>
 
+#if defined(__GNUC__)
+#define VIZL_API __attribute__((visibility("default")))
+#else
+#define VIZL_API
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
 
-#define VIZLE_OK 0
-#define VIZLE_INVALID_ARGUMENT (-4)
-#define VIZLE_IMAGE_IO_FAILED (-5)
-#define VIZLE_IMAGE_TOO_SMALL (-6)
-#define VIZLE_NO_FACE (-7)
-#define VIZLE_BUFFER_TOO_SMALL (-8)
-#define VIZLE_UNKNOWN_EXTENSION (-9)
-#define VIZLE_CANNOT_OPEN_FILE (-10)
-#define VIZLE_CANNOT_CREATE_FILE (-11)
-#define VIZLE_BAD_IMAGE_FILE (-12)
+/* == Codes == */
 
+#define VIZLE_OK 0
+#define VIZLE_INVALID_ARGUMENT (-4)    /* bad handle, null pointer, number out of range, unknown context */
+#define VIZLE_IMAGE_IO_FAILED (-5)     /* a JPEG or PNG buffer can't be decoded; a file can't be encoded */
+#define VIZLE_IMAGE_TOO_SMALL (-6)     /* detection needs at least 20 by 20 pixels */
+#define VIZLE_NO_FACE (-7)             /* detection ran and found no face */
+#define VIZLE_BUFFER_TOO_SMALL (-8)    /* no room for one TFacePosition */
+#define VIZLE_UNKNOWN_EXTENSION (-9)   /* the name of a file to load ends in no known extension */
+#define VIZLE_CANNOT_OPEN_FILE (-10)   /* a file to load can't be opened for reading */
+#define VIZLE_CANNOT_CREATE_FILE (-11) /* a file to save can't be opened for writing */
+#define VIZLE_BAD_IMAGE_FILE (-12)     /* the file is there and its extension known, but decoding failed */
+
+/* == Types == */
+
+/* Names an image. 0 is a valid handle; no value stands for "no image". The number of a freed handle is given
+ * out again, lowest first. */
 typedef uint32_t HImage;
+
+/* Names a context, 1 or more; 0 stands for the process-wide settings. */
 typedef int32_t ContextID;
 
+/* Layout of a caller's pixel buffer, top row first, channels in the caller's order (red, green, blue if the
+ * picture is to be saved to a file). Values other than 0 and 2 count as VIZL_IMAGE_COLOR24. */
+typedef int32_t VIZL_IMAGEMODE;
+enum {
+  VIZL_IMAGE_GRAY8 = 0,   /* one byte a pixel */
+  VIZL_IMAGE_COLOR24 = 1, /* three bytes a pixel */
+  VIZL_IMAGE_COLOR32 = 2  /* four bytes a pixel, the fourth is alpha, 255 opaque */
+};
+
+/* A face. 24 bytes. */
 typedef struct TFacePosition {
-  int32_t xc;
-  int32_t yc;
-  int32_t w;
-  int32_t Reserved;
-  double angle;
+  int32_t xc;       /* column of the face's centre */
+  int32_t yc;       /* row of the face's centre */
+  int32_t w;        /* side of the square around the face, in pixels; 0 means no face */
+  int32_t Reserved; /* never written by the library */
+  double angle;     /* in-plane angle in degrees: VIZL_RotateImage by it turns the face upright */
 } TFacePosition;
 
+/* A point of a face. Arrays of points have forty entries in a fixed order; entries 0 and 1 are the eyes, 0 the
+ * one with the smaller x while the face is upright. */
 typedef struct TPoint {
   int32_t x;
   int32_t y;
 } TPoint;
+
+/* == Data == */
+
+/* The application may set this to a value other than 0, from any thread, to make running and later feature
+ * searches end early. The library only reads it and never clears it. */
+extern VIZL_API volatile unsigned char NeedInterrupt;
+/* Neither read nor written by the library; kept for applications that link to them. */
+extern VIZL_API unsigned char NeedBreak;
+extern VIZL_API char* DataFilesPath;
+
+/* The named resources, read-only. Their content comes with the eye and feature search; until then all bytes
+ * are 0. */
+extern VIZL_API const unsigned char VIZL_resu1[160];    /* "CDATA" */
+extern VIZL_API const unsigned char VIZL_resu2[178716]; /* "EYESVM" */
+extern VIZL_API const unsigned char VIZL_resu3[178596]; /* "EYESVM2" */
+extern VIZL_API const unsigned char VIZL_resu4[4096];   /* "MW" */
+
+/* == Life cycle == */
+
+/* Makes the library ready. A second call without VIZL_Finalize starts anew with an empty table of handles:
+ * every earlier handle stops being valid, and what it held is never released.
+ *   dataPath  in, ignored; may be null. All data is inside the library.
+ * The process-wide settings and the contexts are not touched. Codes: only those of every function. */
+VIZL_API int32_t VIZL_Initialize(const char* dataPath);
+
+/* Frees every image and all that VIZL_Initialize made. Settings and contexts stay.
+ * Codes: VIZLE_INVALID_ARGUMENT if the library is not initialised. */
+VIZL_API int32_t VIZL_Finalize(void);
+
+/* The version as "major.minor.patch", a constant text. Works at any time. */
+VIZL_API const char* VIZL_GetVersion(void);
+
+/* Fills the table of named resources; VIZL_Initialize does so too, VIZL_Finalize empties it. */
+VIZL_API void VIZL_resInit(void);
+
+/* The first byte of a named resource, owned by the library, or null for an unknown name or an empty table.
+ *   name  in, exact spelling ("CDATA", "EYESVM", "EYESVM2", "MW"); null gives null. */
+VIZL_API const unsigned char* VIZL_resData(const char* name);
+
+/* Like VIZL_resData, but gives the type of the resource: "unknown " and its size in bytes. */
+VIZL_API const char* VIZL_resType(const char* name);
+
+/* == Handles == */
+
+/* Makes an empty image, 0 by 0 pixels, that other functions can fill.
+ *   handle  out, not null: the handle, owned by the caller.
+ * Codes: VIZLE_INVALID_ARGUMENT (null handle). */
+VIZL_API int32_t VIZL_CreateEmptyImage(HImage* handle);
+
+/* Frees an image. A handle that was never given out or is already free does nothing and is no error.
+ *   handle  in. */
+VIZL_API int32_t VIZL_FreeImage(HImage handle);
+
+/* == Loading == */
+
+/* Loads a BMP, JPEG or PNG file as a colour picture without alpha into a new handle. The end of the name alone
+ * decides the format, in any case of letters: bmp; jpg, jpe, jfif, jpeg; png.
+ *   handle    out, not null: the handle, owned by the caller.
+ *   fileName  in, not null.
+ * Codes: VIZLE_INVALID_ARGUMENT (null argument), VIZLE_CANNOT_OPEN_FILE, VIZLE_UNKNOWN_EXTENSION,
+ * VIZLE_BAD_IMAGE_FILE. After the last two *handle names an image that the caller has to free: empty after the
+ * former, of no defined content after the latter. After the others *handle is as it was. */
+VIZL_API int32_t VIZL_LoadImageFromFile(HImage* handle, const char* fileName);
+
+/* Like VIZL_LoadImageFromFile, but the picture has alpha: that of a PNG file with alpha, else 255. */
+VIZL_API int32_t VIZL_LoadImageFromFileWithAlpha(HImage* handle, const char* fileName);
+
+/* Decodes a JPEG file that lies in memory, as a colour picture without alpha, into a new handle.
+ *   handle  out, not null: the handle, owned by the caller.
+ *   data    in, not null: the file.
+ *   size    in, bytes.
+ * Codes: VIZLE_INVALID_ARGUMENT (null argument), VIZLE_IMAGE_IO_FAILED. After the latter *handle names an
+ * image of no defined content that the caller has to free. */
+VIZL_API int32_t VIZL_LoadImageFromJpegBuffer(HImage* handle, const unsigned char* data, unsigned int size);
+
+/* Like VIZL_LoadImageFromJpegBuffer, but for a PNG file; alpha is dropped. */
+VIZL_API int32_t VIZL_LoadImageFromPngBuffer(HImage* handle, const unsigned char* data, unsigned int size);
+
+/* Like VIZL_LoadImageFromPngBuffer, but the picture has alpha: that of the file, else 255. */
+VIZL_API int32_t VIZL_LoadImageFromPngBufferWithAlpha(HImage* handle, const unsigned char* data, unsigned int size);
+
+/* Copies raw pixels into a new handle. Gray pixels become a colour picture with three equal channels.
+ *   handle    out, not null: the handle, owned by the caller.
+ *   buffer    in, not null: `height` rows, top row first.
+ *   width     in, pixels; 0 or less gives an empty picture.
+ *   height    in, pixels; 0 or less gives an empty picture.
+ *   scanLine  in, bytes from the start of a row to the start of the next; may be negative.
+ *   mode      in, layout of the buffer.
+ * Codes: VIZLE_INVALID_ARGUMENT (null argument; a side too long, and then *handle names an empty image that
+ * the caller has to free). */
+VIZL_API int32_t VIZL_LoadImageFromBuffer(HImage* handle, const unsigned char* buffer, int32_t width, int32_t height,
+                                          int32_t scanLine, VIZL_IMAGEMODE mode);
+
+/* Like VIZL_LoadImageFromBuffer, but replaces the picture of an existing handle. Detection on a handle sees the
+ * picture of the first detection on it: to detect in the new picture, use a fresh handle.
+ *   image  in: the handle to fill.
+ * Codes: VIZLE_INVALID_ARGUMENT (null buffer, bad handle, a side too long). */
+VIZL_API int32_t VIZL_AssignImageFromBuffer(HImage image, const unsigned char* buffer, int32_t width, int32_t height,
+                                            int32_t scanLine, VIZL_IMAGEMODE mode);
+
+/* == Reading out and saving == */
+
+/* The width of a picture.
+ *   image  in.
+ *   width  out, not null: pixels, 0 for an empty image.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer). */
+VIZL_API int32_t VIZL_GetImageWidth(HImage image, int32_t* width);
+
+/* Like VIZL_GetImageWidth, but gives the height. */
+VIZL_API int32_t VIZL_GetImageHeight(HImage image, int32_t* height);
+
+/* A view of the pixels inside the library. Unlike everywhere else the BOTTOM row comes first. The view holds
+ * until the image is next filled or freed.
+ *   image     in.
+ *   data      out, not null: the first byte of the bottom row, owned by the library; null if there are no pixels.
+ *   width     out, not null: pixels.
+ *   height    out, not null: pixels.
+ *   scanLine  out, not null: bytes from a row to the next one up. It has room for 28 to 31 pixels more than
+ *             the width.
+ *   mode      out, not null: the layout; red, green, blue and then alpha, if any.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer). */
+VIZL_API int32_t VIZL_GetImageData(HImage image, unsigned char** data, int32_t* width, int32_t* height,
+                                   int32_t* scanLine, VIZL_IMAGEMODE* mode);
+
+/* The size of the buffer that VIZL_SaveImageToBuffer fills.
+ *   image  in.
+ *   size   out, not null: bytes.
+ *   mode   in, the wanted layout.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null size, a size above 2^31 - 1). */
+VIZL_API int32_t VIZL_GetImageBufferSize(HImage image, int32_t* size, VIZL_IMAGEMODE mode);
+
+/* Writes the pixels into a caller's buffer, top row first and without padding. Gray is 0.299 red + 0.587 green
+ * + 0.114 blue; a picture without alpha gets alpha 255.
+ *   image   in.
+ *   buffer  out, not null, of the size that VIZL_GetImageBufferSize tells for `mode`; untouched if the image has
+ *           no pixels.
+ *   mode    in, the wanted layout.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null buffer, a size above 2^31 - 1). */
+VIZL_API int32_t VIZL_SaveImageToBuffer(HImage image, unsigned char* buffer, VIZL_IMAGEMODE mode);
+
+/* Saves a picture. The end of the name decides the format, in any case of letters: bmp (24 bits, no alpha), png,
+ * anything else JPEG.
+ *   image     in.
+ *   fileName  in, not null. An existing file is emptied before the handle is looked at.
+ * Codes: VIZLE_INVALID_ARGUMENT (null name; a bad handle, and then an empty file stays),
+ * VIZLE_CANNOT_CREATE_FILE, VIZLE_IMAGE_IO_FAILED (a partial or empty file may stay). */
+VIZL_API int32_t VIZL_SaveImageToFile(HImage image, const char* fileName);
+
+/* Like VIZL_SaveImageToFile, but a JPEG file takes the quality of a context.
+ *   context  in; an unknown one means quality 90. */
+VIZL_API int32_t VIZL_SaveImageToFile_C(HImage image, const char* fileName, ContextID context);
+
+/* == Image to image == */
+/* These replace the picture of `dest`, layout included. `dest` has to exist and may be the same as `source`.
+ * The picture that detection on `dest` sees, if one has run, stays as it was. */
+
+/* Copies a picture.
+ *   source  in.
+ *   dest    in: the handle that receives the copy.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle). */
+VIZL_API int32_t VIZL_CopyImage(HImage source, HImage dest);
+
+/* Scales a picture: by area mean below 1, by a six-tap filter from 1 upward.
+ *   source  in.
+ *   ratio   in, finite, destination size by source size. A side comes to floor(side * (ratio - 2e-16)), so a
+ *           product that is whole loses a pixel while the ratio is below about 2: 100 by 0.5 gives 49. To get
+ *           n pixels ask for (n + 0.4) / side. A ratio that leaves no pixel gives an empty picture.
+ *   dest    in: the handle that receives the result.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, ratio not finite, result too large). */
+VIZL_API int32_t VIZL_ResizeImage(HImage source, double ratio, HImage dest);
+
+/* Turns a picture about its middle. The size stays; what turns out of it is lost, and what no pixel reaches is
+ * black (opaque if there is alpha).
+ *   source  in.
+ *   angle   in, finite, degrees, positive clockwise.
+ *   dest    in: the handle that receives the result.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, angle not finite). */
+VIZL_API int32_t VIZL_RotateImage(HImage source, double angle, HImage dest);
+
+/* Like VIZL_RotateImage, but about the point (xCenter, yCenter).
+ *   xCenter  in, finite, pixels.
+ *   yCenter  in, finite, pixels. */
+VIZL_API int32_t VIZL_RotateImageCenter(HImage source, double angle, double xCenter, double yCenter, HImage dest);
+
+/* Cuts out a rectangle. It may reach beyond the picture; what lies there is black, with alpha 0 if there is
+ * alpha (255 where the rectangle misses the picture wholly).
+ *   source          in.
+ *   x1, y1, x2, y2  in, pixels, inclusive. x2 below x1 or y2 below y1 gives an empty picture.
+ *   dest            in: the handle that receives the result.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, rectangle too large). */
+VIZL_API int32_t VIZL_CopyRect(HImage source, int32_t x1, int32_t y1, int32_t x2, int32_t y2, HImage dest);
+
+/* Not yet: answers VIZLE_INVALID_ARGUMENT. Puts a picture onto a background after matching its colours to what
+ * it covers. All three are to have alpha.
+ *   image   in: the overlay.
+ *   x, y    in, pixels of the background: where the overlay's top left pixel falls.
+ *   back    in: the background.
+ *   result  in: the handle that receives the composition.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle). */
+VIZL_API int32_t VIZL_PutImageAdjustColors(HImage image, int32_t x, int32_t y, HImage back, HImage result);
+
+/* == Settings and contexts == */
+
+/* Makes a context with the default settings: any rotation and angles on, internal width 384, threshold 3, JPEG
+ * quality 90, no user field; whatever the process-wide settings are.
+ *   id  out, not null: the context, owned by the caller, 1 or more, lowest free number first.
+ * Codes: VIZLE_INVALID_ARGUMENT (null id). */
+VIZL_API int32_t VIZL_CreateContext_ID(ContextID* id);
+
+/* Frees a context, and its user field with free().
+ *   id  in.
+ * Codes: VIZLE_INVALID_ARGUMENT (0 or an id that names no context). */
+VIZL_API int32_t VIZL_FreeContext_ID(ContextID id);
+
+/* Stores a pointer in a context. A pointer stored before is overwritten, not freed. Contexts that are used with
+ * the pc functions hold a record of theirs there; an application must not store its own in those.
+ *   id     in.
+ *   value  in, not null, from malloc(): the library takes ownership.
+ * Codes: VIZLE_INVALID_ARGUMENT (null value, 0 or an id that names no context; ownership then stays). */
+VIZL_API int32_t VIZL_SetContextUserField(ContextID id, void* value);
+
+/* Reads the pointer of a context.
+ *   id     in.
+ *   value  out, not null: the pointer, still owned by the library; null if none was stored.
+ * Codes: VIZLE_INVALID_ARGUMENT (null value, 0 or an id that names no context). */
+VIZL_API int32_t VIZL_GetContextUserField(ContextID id, void** value);
+
+/* Sets how detection searches.
+ *   handleArbitraryRotations    in: true also looks for faces tilted by about 15 degrees to either side (default),
+ *                               false only for upright ones, in a third of the scans.
+ *   determineFaceRotationAngle  in: true works out each face's angle in steps of 1.5 degrees (default); false
+ *                               leaves it at -15, 0 or 15.
+ *   internalResizeWidth         in, 20 or more, default 384: detection scales the picture so that its longer side
+ *                               fits this and its shorter two thirds of this. Faces below about 20 pixels at that
+ *                               scale are not seen; more is slower.
+ * Codes: VIZLE_INVALID_ARGUMENT (width below 20).
+ * Threads: the three values are stored one after the other; a detection that starts meanwhile may see a mix. */
+VIZL_API int32_t VIZL_SetFaceDetectionParameters(bool handleArbitraryRotations, bool determineFaceRotationAngle,
+                                                 int32_t internalResizeWidth);
+
+/* Like VIZL_SetFaceDetectionParameters, but for a context.
+ *   context  in; an unknown one is refused with VIZLE_INVALID_ARGUMENT. */
+VIZL_API int32_t VIZL_SetFaceDetectionParameters_C(bool handleArbitraryRotations, bool determineFaceRotationAngle,
+                                                   int32_t internalResizeWidth, ContextID context);
+
+/* Sets how many like hits make a face. More gives fewer false faces and loses more true ones.
+ *   threshold  in, 1 or more, default 3.
+ * Codes: VIZLE_INVALID_ARGUMENT (threshold below 1). */
+VIZL_API int32_t VIZL_SetFaceDetectionThreshold(int32_t threshold);
+
+/* Like VIZL_SetFaceDetectionThreshold, but for a context.
+ *   context  in; an unknown one is refused with VIZLE_INVALID_ARGUMENT. */
+VIZL_API int32_t VIZL_SetFaceDetectionThreshold_C(int32_t threshold, ContextID context);
+
+/* Sets the quality of JPEG files.
+ *   quality  in, 0 to 100, default 90.
+ * Codes: VIZLE_INVALID_ARGUMENT (quality out of range). */
+VIZL_API int32_t VIZL_SetJpegCompressionQuality(int32_t quality);
+
+/* Like VIZL_SetJpegCompressionQuality, but for a context.
+ *   context  in; an unknown one is refused with VIZLE_INVALID_ARGUMENT. */
+VIZL_API int32_t VIZL_SetJpegCompressionQuality_C(int32_t quality, ContextID context);
+
+/* How sure the last VIZL_DetectFace was: the number of like hits at the face, 0 if it found none. Not a
+ * probability.
+ *   confidence  out, not null.
+ * Codes: VIZLE_INVALID_ARGUMENT (null pointer).
+ * Threads: one value for the process, that of the last call of any thread. */
+VIZL_API int32_t VIZL_GetDetectedFaceConfidence(int32_t* confidence);
+
+/* == Faces == */
+/* The first detection on a handle makes a gray copy of the picture inside, which later detections on it use:
+ * they see the picture as it was then, also after the handle was filled anew. For a _C function an unknown
+ * context is no error: it means the default settings with threshold 5. */
+
+/* Finds the strongest face.
+ *   image     in.
+ *   position  out, not null: the face. After VIZLE_NO_FACE its w is 0 and the other fields have no meaning.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null position), VIZLE_IMAGE_TOO_SMALL, VIZLE_NO_FACE.
+ * VIZL_GetDetectedFaceConfidence then tells the face's confidence; a bad argument leaves that value alone. */
+VIZL_API int32_t VIZL_DetectFace(HImage image, TFacePosition* position);
+
+/* Like VIZL_DetectFace, but with the settings of a context. */
+VIZL_API int32_t VIZL_DetectFace_C(HImage image, TFacePosition* position, ContextID context);
+
+/* Finds all faces.
+ *   image           in.
+ *   count           out, not null: the number of faces written; 0 after VIZLE_NO_FACE.
+ *   faces           out, not null: the faces. Those that find no room are dropped without an error.
+ *   maxSizeInBytes  in, bytes of `faces`, at least 24.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer), VIZLE_BUFFER_TOO_SMALL, VIZLE_IMAGE_TOO_SMALL,
+ * VIZLE_NO_FACE. */
+VIZL_API int32_t VIZL_DetectMultipleFaces(HImage image, int32_t* count, TFacePosition* faces, int32_t maxSizeInBytes);
+
+/* Like VIZL_DetectMultipleFaces, but with the settings of a context. */
+VIZL_API int32_t VIZL_DetectMultipleFaces_C(HImage image, int32_t* count, TFacePosition* faces, int32_t maxSizeInBytes,
+                                            ContextID context);
+
+/* == Points of a face == */
+
+/* Not yet: answers VIZLE_INVALID_ARGUMENT. Finds the strongest face and its forty points.
+ *   image   in.
+ *   points  out, not null: the points; all 0 after VIZLE_NO_FACE.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null points), VIZLE_IMAGE_TOO_SMALL, VIZLE_NO_FACE.
+ * Threads: the search draws from rand(), so parallel searches are safe but may differ from run to run. */
+VIZL_API int32_t VIZL_DetectFacialFeatures(HImage image, TPoint (*points)[40]);
+
+/* Not yet, as above. Like VIZL_DetectFacialFeatures, but with the settings of a context. */
+VIZL_API int32_t VIZL_DetectFacialFeatures_C(HImage image, TPoint (*points)[40], ContextID context);
+
+/* Not yet, as above. Like VIZL_DetectFacialFeatures, but tells how sure each point is.
+ *   confidences  out, may be null: one value a point, higher is better, no fixed lower bound. */
+VIZL_API int32_t VIZL_DetectFacialFeaturesEx(HImage image, TPoint (*points)[40], float (*confidences)[40]);
+
+/* Not yet, as above. Like VIZL_DetectFacialFeaturesEx, but with the settings of a context. */
+VIZL_API int32_t VIZL_DetectFacialFeaturesEx_C(HImage image, TPoint (*points)[40], float (*confidences)[40],
+                                               ContextID context);
+
+/* Not yet: answers VIZLE_INVALID_ARGUMENT. Finds the forty points of a face whose position is known.
+ *   image   in.
+ *   face    in, not null: the face.
+ *   points  out, not null: the points.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer).
+ * Threads: as VIZL_DetectFacialFeatures. */
+VIZL_API int32_t VIZL_DetectFacialFeaturesInRegion(HImage image, const TFacePosition* face, TPoint (*points)[40]);
+
+/* Not yet, as above. Like VIZL_DetectFacialFeaturesInRegion; the context has no effect. */
+VIZL_API int32_t VIZL_DetectFacialFeaturesInRegion_C(HImage image, const TFacePosition* face, TPoint (*points)[40],
+                                                     ContextID context);
+
+/* Not yet, as above. Like VIZL_DetectFacialFeaturesInRegion, but tells how sure each point is.
+ *   confidences  out, may be null: one value a point, higher is better, no fixed lower bound. */
+VIZL_API int32_t VIZL_DetectFacialFeaturesInRegionEx(HImage image, const TFacePosition* face, TPoint (*points)[40],
+                                                     float (*confidences)[40]);
+
+/* Not yet, as above. Like VIZL_DetectFacialFeaturesInRegionEx; the context has no effect. */
+VIZL_API int32_t VIZL_DetectFacialFeaturesInRegionEx_C(HImage image, const TFacePosition* face, TPoint (*points)[40],
+                                                       float (*confidences)[40], ContextID context);
+
+/* Not yet: answers VIZLE_INVALID_ARGUMENT. Finds the eyes of a face whose position is known.
+ *   image   in.
+ *   face    in, not null: the face.
+ *   points  out, not null: entries 0 and 1 are the eyes; the other 38 stay as they were.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer). */
+VIZL_API int32_t VIZL_DetectEyesInRegion(HImage image, const TFacePosition* face, TPoint (*points)[40]);
+
+/* Not yet, as above. Like VIZL_DetectEyesInRegion; the context has no effect. */
+VIZL_API int32_t VIZL_DetectEyesInRegion_C(HImage image, const TFacePosition* face, TPoint (*points)[40],
+                                           ContextID context);
+
+/* == Portraits == */
+
+/* Tells which rectangle of a picture makes a good portrait of its largest face. The rectangle is upright, has
+ * the aspect ratio of width by height up to rounding, and lies inside the picture. Its natural size is 1.2 faces
+ * along its shorter side; where the picture has less room it is smaller.
+ *   image           in.
+ *   width, height   in, pixels, 1 or more: the wanted output size, of which only the ratio counts here.
+ *   faceScale       in, finite, above 0: zoom. The natural size is divided by it: 2 shows half as much.
+ *   shiftX, shiftY  in, finite: how far the rectangle's centre lies from the face's, in natural widths and
+ *                   heights; positive is right and down.
+ *   useFeatures     in: true frames by the eyes, false by the face. Until the search for the points of a face is
+ *                   there, true frames by the face too.
+ *   x1, y1, x2, y2  out, not null: the rectangle, inclusive corners.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer, a number out of range or so large that the rectangle
+ * can't be computed), VIZLE_IMAGE_TOO_SMALL, VIZLE_NO_FACE. */
+VIZL_API int32_t VIZL_GetFacePosition(HImage image, int32_t width, int32_t height, double faceScale, double shiftX,
+                                      double shiftY, bool useFeatures, int32_t* x1, int32_t* y1, int32_t* x2,
+                                      int32_t* y2);
+
+/* Like VIZL_GetFacePosition, but detects with the settings of a context. */
+VIZL_API int32_t VIZL_GetFacePosition_C(HImage image, int32_t width, int32_t height, double faceScale, double shiftX,
+                                        double shiftY, bool useFeatures, int32_t* x1, int32_t* y1, int32_t* x2,
+                                        int32_t* y2, ContextID context);
+
+/* Cuts the rectangle of VIZL_GetFacePosition out of a picture and scales it to exactly width by height.
+ *   image, width, height, faceScale, shiftX, shiftY, useFeatures  as for VIZL_GetFacePosition.
+ *   destination  in: the handle that receives the portrait; may be the same as `image`.
+ * Codes: those of VIZL_GetFacePosition. */
+VIZL_API int32_t VIZL_PortraitCut(HImage image, int32_t width, int32_t height, double faceScale, double shiftX,
+                                  double shiftY, bool useFeatures, HImage destination);
+
+/* Like VIZL_PortraitCut, but detects with the settings of a context. */
+VIZL_API int32_t VIZL_PortraitCut_C(HImage image, int32_t width, int32_t height, double faceScale, double shiftX,
+                                    double shiftY, bool useFeatures, HImage destination, ContextID context);
+
+/* Not yet: answers VIZLE_INVALID_ARGUMENT. Cuts the square around forty known points of a face out of a picture,
+ * scales it to `width` and tells where the points lie in the result.
+ *   image              in.
+ *   points             in, not null.
+ *   width              in, pixels, 1 or more: the result's side, up to about a pixel.
+ *   height             in, pixels; only settles a rounding.
+ *   destination        out, not null: a new handle, owned by the caller.
+ *   destinationPoints  out, not null: the points in pixels of the result.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer, points all in one place). */
+VIZL_API int32_t VIZL_ExtractFaceImage(HImage image, TPoint (*points)[40], int32_t width, int32_t height,
+                                       HImage* destination, TPoint (*destinationPoints)[40]);
 
 #ifdef __cplusplus
 }

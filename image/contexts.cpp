@@ -72,8 +72,7 @@ int GetContextUserField(int id, void** value) {
   return VIZLE_OK;
 }
 
-int SetFaceDetectionParameters(bool handleArbitraryRotations, bool determineFaceRotationAngle, int width,
-                               int context) {
+int SetFaceDetectionParameters(bool handleArbitraryRotations, bool determineFaceRotationAngle, int width, int context) {
   constexpr int kSmallestWidth = 20;
   if (width < kSmallestWidth) return VIZLE_INVALID_ARGUMENT;
   if (context == 0) {

@@ -49,9 +49,7 @@ void set_paramDetermineFaceRotationAngle(bool value) {
   store(mutex_paramDetermineFaceRotationAngle, paramDetermineFaceRotationAngle, value);
 }
 int get_paramInternalResizeWidth() { return load(mutex_paramInternalResizeWidth, paramInternalResizeWidth); }
-void set_paramInternalResizeWidth(int value) {
-  store(mutex_paramInternalResizeWidth, paramInternalResizeWidth, value);
-}
+void set_paramInternalResizeWidth(int value) { store(mutex_paramInternalResizeWidth, paramInternalResizeWidth, value); }
 int get_paramThreshold1() { return load(mutex_paramThreshold1, paramThreshold1); }
 void set_paramThreshold1(int value) { store(mutex_paramThreshold1, paramThreshold1, value); }
 int get_paramThreshold2() { return load(mutex_paramThreshold2, paramThreshold2); }
@@ -94,6 +92,4 @@ int ContextThreshold1(int context) {
 int ContextThreshold2(int context) {
   return contextValue(context, get_paramThreshold2, &TParamsEntry::Threshold2, kFallBackThreshold2);
 }
-int ContextJpegQuality(int context) {
-  return contextValue(context, get_JpegQuality, &TParamsEntry::JpegQuality, 90);
-}
+int ContextJpegQuality(int context) { return contextValue(context, get_JpegQuality, &TParamsEntry::JpegQuality, 90); }
