@@ -19,7 +19,7 @@ class TIppiFaceDetector {
   int StageCount = 0;
   int ClassifierCount = 0;
   int FeatureCount = 0;
-  float* StageThreshold = nullptr;       // after the bias
+  float* StageThreshold = nullptr;  // after the bias
   int* StageClassifierCount = nullptr;
   int* StageFeatureCount = nullptr;
   int* StageFirstClassifier = nullptr;
@@ -28,8 +28,8 @@ class TIppiFaceDetector {
   float ClassifierThreshold[kMaxClassifiers];
   float ClassifierLeft[kMaxClassifiers];
   float ClassifierRight[kMaxClassifiers];
-  IppiRect FeatureRect[kMaxFeatures];    // y turned over for rows stored bottom first
-  float FeatureWeight[kMaxFeatures];     // divided by the area of the window inside its margin
+  IppiRect FeatureRect[kMaxFeatures];  // y turned over for rows stored bottom first
+  float FeatureWeight[kMaxFeatures];   // divided by the area of the window inside its margin
   IppiHaarClassifier_32f** StageClassifiers = nullptr;
   float ThresholdBias = 0.0001f;
   float WindowMargin = 1.0f;
@@ -59,8 +59,8 @@ class TIppiFaceDetector {
                   int context);
 
   // Every face, in the order of the candidates, as far as `maxSizeInBytes` has room.
-  void DetectMultipleFaces(TIppiImage& image, TIppiImage* output, int& count, TFacePosition* faces,
-                           int maxSizeInBytes, int context);
+  void DetectMultipleFaces(TIppiImage& image, TIppiImage* output, int& count, TFacePosition* faces, int maxSizeInBytes,
+                           int context);
 
  private:
   void LoadHaarClassifierStream();

@@ -10,7 +10,7 @@ class TIppiImage;
 
 class TMultiFaceDetector {
  public:
-  TIppiFaceDetector* Detector;   // not owned
+  TIppiFaceDetector* Detector;  // not owned
 
   explicit TMultiFaceDetector(TIppiFaceDetector* detector) : Detector(detector) {}
   virtual ~TMultiFaceDetector() = default;

@@ -101,10 +101,10 @@ class Scan {
   int SqrStep() const { return buffers_.Pitch() * 8; }
 
   void Prepare(const TIppiImage& image, IppiSize roi) {
-    ippiSqrIntegral_8u32f64f_C1R(image.Pixels, image.Step, buffers_.sum.get(), SumStep(), buffers_.sqr.get(),
-                                 SqrStep(), {image.Width, image.Height}, kSumOffset, 0.0);
-    ippiRectStdDev_32f_C1R(buffers_.sum.get(), SumStep(), buffers_.sqr.get(), SqrStep(), buffers_.norm.get(),
-                           SumStep(), roi, normRect_);
+    ippiSqrIntegral_8u32f64f_C1R(image.Pixels, image.Step, buffers_.sum.get(), SumStep(), buffers_.sqr.get(), SqrStep(),
+                                 {image.Width, image.Height}, kSumOffset, 0.0);
+    ippiRectStdDev_32f_C1R(buffers_.sum.get(), SumStep(), buffers_.sqr.get(), SqrStep(), buffers_.norm.get(), SumStep(),
+                           roi, normRect_);
     const std::size_t bytes = static_cast<std::size_t>(buffers_.Pitch()) * static_cast<std::size_t>(roi.height);
     std::fill_n(buffers_.mask.get(), bytes, static_cast<Ipp8u>(255));
   }

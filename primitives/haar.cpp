@@ -61,9 +61,12 @@ int appendClassifiers(const StageSource& source, Wanted wanted, IppiHaarClassifi
 
 std::unique_ptr<IppiHaarClassifier_32f> buildStage(const StageSource& source) {
   auto state = std::make_unique<IppiHaarClassifier_32f>();
-  state->twos = appendClassifiers(source, [](int n) { return n == 2; }, *state);
-  state->threes = appendClassifiers(source, [](int n) { return n == 3; }, *state);
-  appendClassifiers(source, [](int n) { return n != 2 && n != 3; }, *state);
+  state->twos = appendClassifiers(
+      source, [](int n) { return n == 2; }, *state);
+  state->threes = appendClassifiers(
+      source, [](int n) { return n == 3; }, *state);
+  appendClassifiers(
+      source, [](int n) { return n != 2 && n != 3; }, *state);
   return state;
 }
 
@@ -73,9 +76,9 @@ bool placeHaarFeatures(const IppiHaarClassifier_32f& state, int pitch, HaarFeatu
   const long long farthest = static_cast<long long>(state.size.height) * pitch + state.size.width;
   if (farthest > std::numeric_limits<std::int32_t>::max()) return false;
   for (const auto& f : state.features) {
-    *placed++ = {{f.bottom * pitch + f.right, f.bottom * pitch + f.left, f.top * pitch + f.right,
-                  f.top * pitch + f.left},
-                 f.weight};
+    *placed++ = {
+        {f.bottom * pitch + f.right, f.bottom * pitch + f.left, f.top * pitch + f.right, f.top * pitch + f.left},
+        f.weight};
   }
   return true;
 }
@@ -85,9 +88,9 @@ HaarStage makeHaarStage(const IppiHaarClassifier_32f& state, const HaarFeature* 
   return {state.classifiers.data(), placed, state.twos, state.threes, others, threshold};
 }
 
-IppStatus ippiHaarClassifierInitAlloc_32f(IppiHaarClassifier_32f** state, const IppiRect* feature,
-                                          const Ipp32f* weight, const Ipp32f* threshold, const Ipp32f* val1,
-                                          const Ipp32f* val2, const int* num, int length) {
+IppStatus ippiHaarClassifierInitAlloc_32f(IppiHaarClassifier_32f** state, const IppiRect* feature, const Ipp32f* weight,
+                                          const Ipp32f* threshold, const Ipp32f* val1, const Ipp32f* val2,
+                                          const int* num, int length) {
   if (state == nullptr || feature == nullptr || weight == nullptr || threshold == nullptr || val1 == nullptr ||
       val2 == nullptr || num == nullptr) {
     return ippStsNullPtrErr;
@@ -114,8 +117,8 @@ IppStatus ippiGetHaarClassifierSize_32f(IppiHaarClassifier_32f* state, IppiSize*
   return ippStsNoErr;
 }
 
-IppStatus ippiApplyHaarClassifier_32f_C1R(const Ipp32f* sum, int sumStep, const Ipp32f* norm, int normStep,
-                                          Ipp8u* mask, int maskStep, IppiSize roi, int* positive, Ipp32f threshold,
+IppStatus ippiApplyHaarClassifier_32f_C1R(const Ipp32f* sum, int sumStep, const Ipp32f* norm, int normStep, Ipp8u* mask,
+                                          int maskStep, IppiSize roi, int* positive, Ipp32f threshold,
                                           IppiHaarClassifier_32f* state) {
   if (sum == nullptr || norm == nullptr || mask == nullptr || positive == nullptr || state == nullptr) {
     return ippStsNullPtrErr;

@@ -6,8 +6,8 @@
 
 namespace {
 
-IppStatus checkArguments(const Ipp32f* sum, int sumStep, const Ipp64f* sqr, int sqrStep, const Ipp32f* dst,
-                         int dstStep, IppiSize roi, const IppiRect& rect) {
+IppStatus checkArguments(const Ipp32f* sum, int sumStep, const Ipp64f* sqr, int sqrStep, const Ipp32f* dst, int dstStep,
+                         IppiSize roi, const IppiRect& rect) {
   if (sum == nullptr || sqr == nullptr || dst == nullptr) return ippStsNullPtrErr;
   if (roi.width < 1 || roi.height < 1) return ippStsSizeErr;
   const long long columns = static_cast<long long>(roi.width) + rect.x + rect.width;
