@@ -41,7 +41,7 @@ IppStatus resize(int channels, const T* src, IppiSize srcSize, int srcStep, Ippi
   if (interpolation != IPPI_INTER_SUPER && interpolation != IPPI_INTER_LANCZOS) return ippStsBadArgErr;
   if (!std::isfinite(xFactor) || !std::isfinite(yFactor)) return ippStsBadArgErr;
 
-  ResizeJob<T> job{src,    srcStep, {srcRoi.width, srcRoi.height}, dst, dstStep, {0, 0}, xFactor, yFactor, channels};
+  ResizeJob<T> job{src, srcStep, {srcRoi.width, srcRoi.height}, dst, dstStep, {0, 0}, xFactor, yFactor, channels};
   job.dstSize.width = effectiveSide(srcRoi.width, xFactor, dstRoi.width);
   job.dstSize.height = effectiveSide(srcRoi.height, yFactor, dstRoi.height);
   if (job.dstSize.width == 0 || job.dstSize.height == 0) return ippStsResizeNoOperationErr;

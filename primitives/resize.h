@@ -19,9 +19,7 @@ struct ResizeJob {
   double yFactor;
   int channels;
 
-  const T* srcRow(int y) const {
-    return reinterpret_cast<const T*>(reinterpret_cast<const char*>(src) + y * srcStep);
-  }
+  const T* srcRow(int y) const { return reinterpret_cast<const T*>(reinterpret_cast<const char*>(src) + y * srcStep); }
   T* dstRow(int y) const { return reinterpret_cast<T*>(reinterpret_cast<char*>(dst) + y * dstStep); }
 };
 

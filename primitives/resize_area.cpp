@@ -152,8 +152,8 @@ class RowReducer {
     const Ipp8u* first = job_.srcRow(span.first);
     const Ipp8u* last = job_.srcRow(span.last);
     for (std::size_t k = 0; k < total.size(); ++k) {
-      const float sum = static_cast<float>(first[k]) * weights[0] + total[k] * weights[1] +
-                        static_cast<float>(last[k]) * weights[2];
+      const float sum =
+          static_cast<float>(first[k]) * weights[0] + total[k] * weights[1] + static_cast<float>(last[k]) * weights[2];
       columns_[k] = static_cast<std::uint16_t>(static_cast<int>(sum + 0.5F));
     }
   }

@@ -87,7 +87,8 @@ class LanczosResizer {
   void run() {
     for (int y = 0; y < job_.dstSize.height; ++y) {
       const float* rows[kLanczosTaps];
-      for (int t = 0; t < kLanczosTaps; ++t) rows[t] = wideRow(down_.first[static_cast<std::size_t>(y)] + t - kTapsBefore);
+      const int first = down_.first[static_cast<std::size_t>(y)] - kTapsBefore;
+      for (int t = 0; t < kLanczosTaps; ++t) rows[t] = wideRow(first + t);
       writeRow(rows, down_.weights.data() + static_cast<std::ptrdiff_t>(y) * kLanczosTaps, y);
     }
   }

@@ -57,13 +57,12 @@ std::int64_t floorDivide(std::int64_t a, std::int64_t b) {
   return a % b != 0 && (a < 0) != (b < 0) ? quotient - 1 : quotient;
 }
 
-// The steps of `range` with low <= from + i * move < high.
+// The steps of `range` with low <= from + i * move < high; an empty result still lies within `range`.
 Range clip(Range range, std::int64_t from, std::int64_t move, std::int64_t low, std::int64_t high) {
   if (move < 0) return clip(range, -from, -move, 1 - high, 1 - low);
   if (move == 0) return from >= low && from < high ? range : Range{range.begin, range.begin};
-  range.begin = std::max(range.begin, floorDivide(low - from - 1, move) + 1);
-  range.end = std::min(range.end, floorDivide(high - from - 1, move) + 1);
-  return {range.begin, std::max(range.begin, range.end)};
+  const std::int64_t begin = std::clamp(floorDivide(low - from - 1, move) + 1, range.begin, range.end);
+  return {begin, std::clamp(floorDivide(high - from - 1, move) + 1, begin, range.end)};
 }
 
 class Rotator {
