@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "api/vizl_api.h"
 #include "training/average_faces/appearance_groups.h"
 #include "training/average_faces/face_average.h"
 #include "training/average_faces/group_picture.h"
@@ -21,6 +22,8 @@ constexpr std::size_t kUsedGroups = 6;
 constexpr std::size_t kGroupSize = 60;
 constexpr std::size_t kLeastFaces = 40;   // fewer would leave traits of single people
 constexpr double kLeastEyeDistance = 60;  // pixels; smaller faces would only blur the mean
+
+constexpr int kJpegQuality = 80;
 
 using Faces = std::vector<const FaceLabel*>;
 
@@ -92,7 +95,10 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
+    VIZL_Initialize(nullptr);
+    VIZL_SetJpegCompressionQuality(kJpegQuality);
     makePictures(argv[1], argv[2]);
+    VIZL_Finalize();
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "average_faces: %s\n", failure.what());
     return 1;

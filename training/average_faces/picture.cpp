@@ -4,7 +4,7 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "image/TIppiImage.h"
+#include "api/vizl_api.h"
 
 Colour sample(const Picture& picture, double x, double y) {
   x = std::clamp(x, 0.0, picture.width - 1.0);
@@ -23,29 +23,30 @@ Colour sample(const Picture& picture, double x, double y) {
 }
 
 Picture loadJpeg(const std::string& file) {
-  TIppiImage image(imRGB24);
-  if (image.LoadFromJpegFile(file.c_str()) != 0) throw std::runtime_error("cannot decode " + file);
-  Picture picture(image.Width, image.Height);
-  for (int y = 0; y < image.Height; ++y) {
-    const unsigned char* row = image.Pixels + static_cast<std::ptrdiff_t>(image.Height - 1 - y) * image.Step;
-    for (int x = 0; x < image.Width; ++x, row += 3) {
-      picture.at(x, y) = {static_cast<float>(row[0]), static_cast<float>(row[1]), static_cast<float>(row[2])};
-    }
-  }
+  HImage handle;
+  if (VIZL_LoadImageFromFile(&handle, file.c_str()) != VIZLE_OK) throw std::runtime_error("cannot load " + file);
+  int32_t width = 0;
+  int32_t height = 0;
+  VIZL_GetImageWidth(handle, &width);
+  VIZL_GetImageHeight(handle, &height);
+  Picture picture(width, height);
+  std::vector<unsigned char> bytes(picture.pixels.size() * 3);
+  VIZL_SaveImageToBuffer(handle, bytes.data(), VIZL_IMAGE_COLOR24);
+  VIZL_FreeImage(handle);
+  for (std::size_t k = 0; k < bytes.size(); ++k) picture.pixels[k / 3][k % 3] = bytes[k];
   return picture;
 }
 
 void savePicture(const Picture& picture, const std::string& file) {
-  TIppiImage image(imRGB24);
-  image.AllocNew(picture.width, picture.height);
-  for (int y = 0; y < image.Height; ++y) {
-    unsigned char* row = image.Pixels + static_cast<std::ptrdiff_t>(image.Height - 1 - y) * image.Step;
-    for (int x = 0; x < image.Width; ++x) {
-      for (const float value : picture.at(x, y)) {
-        *row++ = static_cast<unsigned char>(std::clamp(std::lround(value), 0L, 255L));
-      }
-    }
+  std::vector<unsigned char> bytes;
+  for (const Colour& pixel : picture.pixels) {
+    for (const float value : pixel)
+      bytes.push_back(static_cast<unsigned char>(std::clamp(std::lround(value), 0L, 255L)));
   }
-  const int code = file.ends_with("png") ? image.SaveToPngFile(file.c_str()) : image.SaveToJpegFile(file.c_str(), 0);
-  if (code != 0) throw std::runtime_error("cannot write " + file);
+  HImage handle;
+  int32_t code = VIZL_LoadImageFromBuffer(&handle, bytes.data(), picture.width, picture.height, 3 * picture.width,
+                                          VIZL_IMAGE_COLOR24);
+  if (code == VIZLE_OK) code = VIZL_SaveImageToFile(handle, file.c_str());
+  VIZL_FreeImage(handle);
+  if (code != VIZLE_OK) throw std::runtime_error("cannot write " + file);
 }

@@ -25,7 +25,7 @@ struct Picture {
 // Bilinear; beyond the border the nearest pixel counts. Pixel centres have whole coordinates.
 Colour sample(const Picture& picture, double x, double y);
 
-// Throws std::runtime_error when the file can't be decoded.
+// Throws std::runtime_error when the file can't be loaded. VIZL_Initialize has to have run, for saving too.
 Picture loadJpeg(const std::string& file);
-// The name's ending decides: "png", else JPEG at quality 90.
+// The name's ending decides: "png", else JPEG.
 void savePicture(const Picture& picture, const std::string& file);
