@@ -6,12 +6,12 @@
 class BMP;
 
 enum TIppiImageMode {
-  imGray8 = 0,     // 1 byte a pixel
-  imRGB24 = 1,     // red, green, blue
-  imRGBA32 = 2,    // red, green, blue, alpha (255 is opaque)
-  imGray32f = 3,   // 1 float
-  imRGB32f = 4,    // 3 floats
-  imRGBA32f = 5    // 4 floats
+  imGray8 = 0,    // 1 byte a pixel
+  imRGB24 = 1,    // red, green, blue
+  imRGBA32 = 2,   // red, green, blue, alpha (255 is opaque)
+  imGray32f = 3,  // 1 float
+  imRGB32f = 4,   // 3 floats
+  imRGBA32f = 5   // 4 floats
 };
 
 // Largest side of an image. JPEG and the primitives' 32-bit steps both end near here.
@@ -29,14 +29,14 @@ constexpr long long kMaxImageBytes = 2147483647;
 class TIppiImage {
  public:
   unsigned char* Pixels = nullptr;
-  float* PixelsF = nullptr;      // always the same address as Pixels
-  int Width = 0;                 // columns
-  int Height = 0;                // rows
-  IppiSize RoiSize = {0, 0};     // Width and Height, but for a height of 1 during a row by row load
-  int Step = 0;                  // bytes from row to row
-  int SizeBytes = 0;             // Step times Height
+  float* PixelsF = nullptr;   // always the same address as Pixels
+  int Width = 0;              // columns
+  int Height = 0;             // rows
+  IppiSize RoiSize = {0, 0};  // Width and Height, but for a height of 1 during a row by row load
+  int Step = 0;               // bytes from row to row
+  int SizeBytes = 0;          // Step times Height
   TIppiImageMode Mode = imGray8;
-  bool FloorResize = true;       // in the destination of a Resize: sides are floored, not rounded
+  bool FloorResize = true;  // in the destination of a Resize: sides are floored, not rounded
 
   TIppiImage() = default;
   explicit TIppiImage(TIppiImageMode mode) : Mode(mode) {}
@@ -48,7 +48,12 @@ class TIppiImage {
   // Releases the buffer; Width, Height, Step and Mode stay.
   void FreeImage();
 
-  // Exact copy, Mode included.
+  // Exchanges everything but FloorResize.
+  void Swap(TIppiImage& other) noexcept;
+
+  // In all operations the same image may be source and destination: it then works as through a temporary.
+
+  // Exact copy, Mode included. Float images come out zero: only the 8-bit modes are copied.
   void Assign(TIppiImage& src);
   // Copy into this image's own Mode: the same mode, colour to gray, or 8 bits to floats of the same
   // channels. Any other pair leaves zeros of the right size.
@@ -79,6 +84,12 @@ class TIppiImage {
   void CopyToReplicateBorder(TIppiImage& dest, int x1, int y1, int x2, int y2) {
     CopyToReplicateBorder(dest, x1, y1, x2, y2, false);
   }
+  // Fills the alpha channel of an imRGBA32 image from an imGray8 image of at least this size.
   void AddAlpha(TIppiImage& alpha);
+  // Composites this image over `back` into the same place of `result`, all imRGBA32; (x, y) is where the
+  // top left pixel falls, y from the top. The last column and the top row of the overlap are left out.
   void PutOver(TIppiImage& back, TIppiImage& result, int x, int y);
+
+ private:
+  void SetSizeFields(int width, int height, int step);
 };

@@ -1,0 +1,158 @@
+#include <algorithm>
+#include <climits>
+#include <exception>
+
+#include "codecs/file.h"
+#include "codecs/jpeg_errors.h"
+#include "codecs/jpeg_source.h"
+#include "codecs/row_convert.h"
+#include "image/TIppiImage.h"
+
+namespace {
+
+// Rows asked of libjpeg at a time; it gives one or two of them, as its upsampling goes.
+constexpr int kRowsAtOnce = 16;
+
+// Up to this many pixels a file cut short is decoded as far as it goes. Above, one that can't hold one bit
+// for each block of 8 by 8 is refused, so that a header alone does not cost gigabytes.
+constexpr long long kTrustedPixels = 1LL << 26;
+
+// Each scan of a progressive file walks over all blocks, however few bytes it has. Encoders write about
+// ten; the bounds keep the visits of a hostile file near 2^28, about two seconds.
+constexpr long long kMaxBlockVisits = 1LL << 28;
+constexpr long long kFewestScansAllowed = 20;
+constexpr long long kMostScansAllowed = 500;
+
+// Holds the decoder. Its functions that call into libjpeg are where an error jumps to, so they hold nothing
+// with a destructor.
+class JpegDecoder {
+ public:
+  JpegDecoder() { info_.err = installJpegErrors(errors_); }
+  ~JpegDecoder() { jpeg_destroy_decompress(&info_); }
+  JpegDecoder(const JpegDecoder&) = delete;
+  JpegDecoder& operator=(const JpegDecoder&) = delete;
+
+  const jpeg_decompress_struct& Info() const { return info_; }
+
+  // From a file, or from a buffer where `file` is null.
+  bool ReadHeader(std::FILE* file, const unsigned char* data, int size);
+  bool Start();
+  bool ReadRows(TIppiImage& image);
+
+ private:
+  static void CheckScans(j_common_ptr codec);
+  void ReadDirect(TIppiImage& image);
+  void ReadConverted(TIppiImage& image);
+
+  jpeg_decompress_struct info_ = {};
+  JpegErrors errors_ = {};
+  jpeg_progress_mgr progress_ = {};
+};
+
+long long blocksOf(const jpeg_decompress_struct& info) {
+  return ((info.image_width + 7LL) / 8) * ((info.image_height + 7LL) / 8);
+}
+
+void JpegDecoder::CheckScans(j_common_ptr codec) {
+  const auto* const info = reinterpret_cast<j_decompress_ptr>(codec);
+  const long long visits = blocksOf(*info) * info->num_components;
+  const long long allowed = std::clamp(kMaxBlockVisits / std::max(visits, 1LL), kFewestScansAllowed, kMostScansAllowed);
+  if (info->input_scan_number > allowed) codec->err->error_exit(codec);
+}
+
+bool JpegDecoder::ReadHeader(std::FILE* file, const unsigned char* data, int size) {
+  if (setjmp(errors_.jump) != 0) return false;
+  jpeg_create_decompress(&info_);
+  // Coefficients of a progressive file take 16 bits a sample: twice the largest image.
+  info_.mem->max_memory_to_use = 2 * kMaxImageBytes;
+  progress_.progress_monitor = CheckScans;
+  info_.progress = &progress_;
+  if (file != nullptr) {
+    jpeg_stdio_src(&info_, file);
+  } else {
+    jpeg_myreader_src(&info_, data, size);
+  }
+  // An empty buffer suspends here and fails at the start.
+  jpeg_read_header(&info_, TRUE);
+  return true;
+}
+
+bool JpegDecoder::Start() {
+  if (setjmp(errors_.jump) != 0) return false;
+  return jpeg_start_decompress(&info_) != FALSE;
+}
+
+bool JpegDecoder::ReadRows(TIppiImage& image) {
+  if (setjmp(errors_.jump) != 0) return false;
+  if (sameLayout(info_.output_components, image.Mode)) {
+    ReadDirect(image);
+  } else {
+    ReadConverted(image);
+  }
+  jpeg_finish_decompress(&info_);
+  return true;
+}
+
+void JpegDecoder::ReadDirect(TIppiImage& image) {
+  while (info_.output_scanline < info_.output_height) {
+    JSAMPROW rows[kRowsAtOnce];
+    const int y = static_cast<int>(info_.output_scanline);
+    const int count = std::min(kRowsAtOnce, image.Height - y);
+    for (int i = 0; i < count; ++i) rows[i] = pictureRow(image, y + i);
+    if (jpeg_read_scanlines(&info_, rows, static_cast<JDIMENSION>(count)) == 0) return;
+  }
+}
+
+void JpegDecoder::ReadConverted(TIppiImage& image) {
+  const JDIMENSION rowBytes = info_.output_width * static_cast<JDIMENSION>(info_.output_components);
+  JSAMPARRAY const rows = info_.mem->alloc_sarray(reinterpret_cast<j_common_ptr>(&info_), JPOOL_IMAGE, rowBytes, 1);
+  while (info_.output_scanline < info_.output_height) {
+    const int y = static_cast<int>(info_.output_scanline);
+    if (jpeg_read_scanlines(&info_, rows, 1) == 0) return;
+    convertRows({rows[0], static_cast<int>(rowBytes), info_.output_components, 1}, image, y, false);
+  }
+}
+
+bool canBeFilled(const jpeg_decompress_struct& info, long long bytes) {
+  if (bytes == kUnknownBytes || info.arith_code) return true;
+  const long long pixels = static_cast<long long>(info.image_width) * info.image_height;
+  return pixels <= kTrustedPixels || blocksOf(info) <= bytes * 8;
+}
+
+int decode(TIppiImage& image, std::FILE* file, const unsigned char* data, int size) {
+  JpegDecoder decoder;
+  if (!decoder.ReadHeader(file, data, size)) return -1;
+  const jpeg_decompress_struct& info = decoder.Info();
+  if (!canBeFilled(info, file != nullptr ? fileBytes(file) : size)) return -1;
+  if (info.image_width > INT_MAX || info.image_height > INT_MAX) return -1;
+  // Before the start, where a progressive file is read whole: the limits come first.
+  image.AllocNew(static_cast<int>(info.image_width), static_cast<int>(info.image_height));
+  if (!decoder.Start()) return -1;
+  const int components = info.output_components;
+  if (components != 1 && components != 3 && components != 4) {
+    image.FreeImage();
+    return -2;
+  }
+  return decoder.ReadRows(image) ? 0 : -1;
+}
+
+}  // namespace
+
+int TIppiImage::LoadFromJpegBuffer(const unsigned char* data, unsigned int size) {
+  if (size > INT_MAX || (data == nullptr && size > 0)) return -1;
+  try {
+    return decode(*this, nullptr, data, static_cast<int>(size));
+  } catch (const std::exception&) {
+    return -1;
+  }
+}
+
+int TIppiImage::LoadFromJpegFile(const char* fileName) {
+  const File file = openFile(fileName, "rb");
+  if (file == nullptr) return -1;
+  try {
+    return decode(*this, file.get(), nullptr, 0);
+  } catch (const std::exception&) {
+    return -1;
+  }
+}
