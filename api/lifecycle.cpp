@@ -1,0 +1,64 @@
+// Start and stop of the library, and its exported data.
+#include <memory>
+
+#include "api/exported.h"
+#include "api/handles.h"
+#include "api/resources.h"
+#include "detect/TIppiFaceDetector.h"
+#include "image/lock.h"
+#include "image/params.h"
+#include "primitives/ippi.h"
+
+volatile unsigned char NeedInterrupt = 0;
+unsigned char NeedBreak = 0;
+char* DataFilesPath = nullptr;
+
+std::atomic<bool> LibraryReady = false;
+
+namespace {
+
+// In the order of their making and ending.
+pthread_mutex_t** const kMutexes[] = {&mutex_params,
+                                      &mutex_images,
+                                      &mutex_detectedfaceconfidence,
+                                      &mutex_paramHandleArbitraryRotations,
+                                      &mutex_paramDetermineFaceRotationAngle,
+                                      &mutex_paramInternalResizeWidth,
+                                      &mutex_paramThreshold1,
+                                      &mutex_paramThreshold2,
+                                      &mutex_JpegQuality};
+
+void initialize() {
+  ippStaticInit();
+  // A second start leaks what the first one made: another thread could still hold a mutex of it.
+  for (pthread_mutex_t** mutex : kMutexes) *mutex = NewMutex();
+  IppiFaceDetector = std::make_unique<TIppiFaceDetector>().release();
+  AbandonAllImages();
+  VIZL_resInit();
+}
+
+}  // namespace
+
+int32_t VIZL_Initialize(const char* /*dataPath*/) {
+  try {
+    initialize();
+  } catch (...) {
+    return VIZLE_INVALID_ARGUMENT;
+  }
+  LibraryReady = true;
+  return VIZLE_OK;
+}
+
+int32_t VIZL_Finalize() {
+  return Exported([] {
+    LibraryReady = false;
+    FreeAllImages();
+    delete IppiFaceDetector;
+    IppiFaceDetector = nullptr;
+    FinalizeResources();
+    for (pthread_mutex_t** mutex : kMutexes) DeleteMutex(*mutex);
+    return VIZLE_OK;
+  });
+}
+
+const char* VIZL_GetVersion() { return PORTRAITCUT_VERSION; }
