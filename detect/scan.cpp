@@ -2,11 +2,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstdlib>
 #include <memory>
 
 #include "detect/TIppiFaceDetector.h"
 #include "image/TIppiImage.h"
+#include "primitives/haar_cascade.h"
 
 namespace {
 
@@ -48,19 +48,18 @@ struct ScaledImage {
   }
 };
 
-// Integrals, deviations and survivors of the scan image. Kept over all scales; the pitch follows from
-// the width, so images of any width fit.
+// Integrals and deviations of the scan image, kept over all scales. The pitch follows from the width, so
+// images of any width fit; it stays that of the widest image so far, since the cascade is laid out for it.
 class ScanBuffers {
  public:
   void Fit(int width, int height) {
-    const std::size_t columns = static_cast<std::size_t>(width) + 1;
-    const std::size_t count = columns * (static_cast<std::size_t>(height) + 1);
-    pitch_ = static_cast<int>(columns);
+    pitch_ = std::max(pitch_, width + 1);
+    const std::size_t count = static_cast<std::size_t>(pitch_) * (static_cast<std::size_t>(height) + 1);
     if (count <= capacity_) return;
-    sum.reset(new float[count]);
-    norm.reset(new float[count]);
+    capacity_ = 0;
+    sum.reset(new float[count + HaarCascade::kSlack]);
+    norm.reset(new float[count + HaarCascade::kSlack]);
     sqr.reset(new double[count]);
-    mask.reset(new Ipp8u[count]);
     capacity_ = count;
   }
   int Pitch() const { return pitch_; }
@@ -68,7 +67,6 @@ class ScanBuffers {
   std::unique_ptr<float[]> sum;
   std::unique_ptr<float[]> norm;
   std::unique_ptr<double[]> sqr;
-  std::unique_ptr<Ipp8u[]> mask;
 
  private:
   std::size_t capacity_ = 0;
@@ -78,7 +76,10 @@ class ScanBuffers {
 class Scan {
  public:
   Scan(const TIppiFaceDetector& detector, int imageHeight, std::vector<TRectangle>& rects)
-      : detector_(detector), imageHeight_(imageHeight), rects_(rects) {
+      : detector_(detector),
+        imageHeight_(imageHeight),
+        rects_(rects),
+        cascade_(detector.StageClassifiers, detector.StageThreshold, detector.StageCount) {
     const int margin = roundToEven(detector.WindowMargin);
     const int margins = roundToEven(2.0f * detector.WindowMargin);
     normRect_ = {margin, margin, detector.WindowWidth - margins, detector.WindowHeight - margins};
@@ -91,41 +92,25 @@ class Scan {
     const int windowHeight = std::max(detector_.ClassifierHeight, normRect_.y + normRect_.height);
     const IppiSize roi = {image.Width - windowWidth + 1, image.Height - windowHeight + 1};
     if (roi.width <= 0 || roi.height <= 0) return;
-    buffers_.Fit(image.Width, image.Height);
     Prepare(image, roi);
-    if (ApplyStages(roi) > 0) Collect(at, roi);
+    hits_.clear();
+    cascade_.Scan(buffers_.sum.get(), buffers_.norm.get(), roi, hits_);
+    // The hits of one scale come column by column.
+    std::sort(hits_.begin(), hits_.end(), [](const HaarCascade::Position& a, const HaarCascade::Position& b) {
+      return a.x != b.x ? a.x < b.x : a.y < b.y;
+    });
+    for (const HaarCascade::Position& hit : hits_) AddHit(at, hit.x - at.borderX, hit.y - at.borderY);
   }
 
  private:
-  int SumStep() const { return buffers_.Pitch() * 4; }
-  int SqrStep() const { return buffers_.Pitch() * 8; }
-
   void Prepare(const TIppiImage& image, IppiSize roi) {
-    ippiSqrIntegral_8u32f64f_C1R(image.Pixels, image.Step, buffers_.sum.get(), SumStep(), buffers_.sqr.get(), SqrStep(),
+    buffers_.Fit(image.Width, image.Height);
+    cascade_.SetPitch(buffers_.Pitch());
+    const int step = buffers_.Pitch() * 4;
+    ippiSqrIntegral_8u32f64f_C1R(image.Pixels, image.Step, buffers_.sum.get(), step, buffers_.sqr.get(), 2 * step,
                                  {image.Width, image.Height}, kSumOffset, 0.0);
-    ippiRectStdDev_32f_C1R(buffers_.sum.get(), SumStep(), buffers_.sqr.get(), SqrStep(), buffers_.norm.get(), SumStep(),
-                           roi, normRect_);
-    const std::size_t bytes = static_cast<std::size_t>(buffers_.Pitch()) * static_cast<std::size_t>(roi.height);
-    std::fill_n(buffers_.mask.get(), bytes, static_cast<Ipp8u>(255));
-  }
-
-  int ApplyStages(IppiSize roi) {
-    int survivors = roi.width * roi.height;
-    for (int s = 0; s < detector_.StageCount && survivors > 0; s++) {
-      ippiApplyHaarClassifier_32f_C1R(buffers_.sum.get(), SumStep(), buffers_.norm.get(), SumStep(),
-                                      buffers_.mask.get(), buffers_.Pitch(), roi, &survivors,
-                                      detector_.StageThreshold[s], detector_.StageClassifiers[s]);
-    }
-    return survivors;
-  }
-
-  void Collect(const ScaledImage& at, IppiSize roi) {
-    for (int x = 0; x < roi.width; x++) {
-      const Ipp8u* mask = buffers_.mask.get() + x;
-      for (int y = 0; y < roi.height; y++, mask += buffers_.Pitch()) {
-        if (*mask != 0) AddHit(at, x - at.borderX, y - at.borderY);
-      }
-    }
+    ippiRectStdDev_32f_C1R(buffers_.sum.get(), step, buffers_.sqr.get(), 2 * step, buffers_.norm.get(), step, roi,
+                           normRect_);
   }
 
   // Stored rows count from the bottom of the picture, rectangles from its top.
@@ -140,6 +125,8 @@ class Scan {
   std::vector<TRectangle>& rects_;
   IppiRect normRect_ = {0, 0, 0, 0};
   ScanBuffers buffers_;
+  HaarCascade cascade_;
+  std::vector<HaarCascade::Position> hits_;
 };
 
 }  // namespace

@@ -27,12 +27,25 @@ struct HaarStage {
   float threshold;
 };
 
+// Eight neighbouring window positions, which share contiguous loads. Kernels read all eight but only the
+// lanes whose bit is set count.
+struct HaarBlock {
+  static constexpr int kPositions = 8;
+  std::int32_t sumIndex;   // of the first position, in floats of the integral
+  std::int32_t normIndex;  // the same in the map of deviations
+  std::uint32_t lanes;     // bit k for position k
+};
+
 struct HaarKernels {
   // One row of both integrals, `width` + 1 values each; the first is taken from the row above.
   void (*integralRow)(const Ipp8u* src, const Ipp32f* above, Ipp32f* sum, const Ipp64f* aboveSqr, Ipp64f* sqr,
                       int width);
-  // Clears the mask of positions that fail the stage; answers the number that survive.
-  int (*stageRow)(const HaarStage& stage, const Ipp32f* sum, const Ipp32f* norm, Ipp8u* mask, int width);
+  // Deviations of the rectangles, `rectWidth` wide, whose top left corners are the first `count` elements
+  // of the top rows.
+  void (*stdDevRow)(const Ipp32f* top, const Ipp32f* bottom, const Ipp64f* topSqr, const Ipp64f* bottomSqr,
+                    int rectWidth, Ipp32f area, Ipp32f* dst, int count);
+  // Clears the lanes that fail the stage.
+  void (*stageBlocks)(const HaarStage& stage, const Ipp32f* sum, const Ipp32f* norm, HaarBlock* blocks, int count);
 };
 
 void fillHaarKernelsBase(HaarKernels& table);

@@ -1,4 +1,3 @@
-#include <cmath>
 #include <cstddef>
 
 #include "primitives/ippi.h"
@@ -26,19 +25,14 @@ IppStatus ippiRectStdDev_32f_C1R(const Ipp32f* sum, int sumStep, const Ipp64f* s
   const std::ptrdiff_t sumPitch = sumStep / 4;
   const std::ptrdiff_t sqrPitch = sqrStep / 8;
   const float area = static_cast<float>(static_cast<long long>(rect.width) * rect.height);
+  sum += rect.y * sumPitch + rect.x;
+  sqr += rect.y * sqrPitch + rect.x;
   for (int y = 0; y < roi.height; y++) {
-    const Ipp32f* top = sum + (y + static_cast<std::ptrdiff_t>(rect.y)) * sumPitch + rect.x;
-    const Ipp32f* bottom = top + rect.height * sumPitch;
-    const Ipp64f* topSqr = sqr + (y + static_cast<std::ptrdiff_t>(rect.y)) * sqrPitch + rect.x;
-    const Ipp64f* bottomSqr = topSqr + rect.height * sqrPitch;
-    float* out = dst + y * static_cast<std::ptrdiff_t>(dstStep / 4);
-    const int w = rect.width;
-    for (int x = 0; x < roi.width; x++) {
-      const float mean = (bottom[x + w] - top[x + w] - bottom[x] + top[x]) / area;
-      const double wide = mean;
-      const double v = (bottomSqr[x + w] - topSqr[x + w] - bottomSqr[x] + topSqr[x]) / area - wide * wide;
-      out[x] = std::sqrt(static_cast<float>(v < 0 ? 0 : v));
-    }
+    kernels().haar.stdDevRow(sum, sum + rect.height * sumPitch, sqr, sqr + rect.height * sqrPitch, rect.width, area,
+                             dst, roi.width);
+    sum += sumPitch;
+    sqr += sqrPitch;
+    dst += dstStep / 4;
   }
   return ippStsNoErr;
 }

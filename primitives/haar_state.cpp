@@ -1,12 +1,12 @@
+#include "primitives/haar_state.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <limits>
 #include <memory>
 #include <new>
 
-#include "primitives/haar_state.h"
 #include "primitives/ippi.h"
-#include "primitives/kernels.h"
 
 namespace {
 
@@ -114,29 +114,5 @@ IppStatus ippiHaarClassifierFree_32f(IppiHaarClassifier_32f* state) {
 IppStatus ippiGetHaarClassifierSize_32f(IppiHaarClassifier_32f* state, IppiSize* size) {
   if (state == nullptr || size == nullptr) return ippStsNullPtrErr;
   *size = state->size;
-  return ippStsNoErr;
-}
-
-IppStatus ippiApplyHaarClassifier_32f_C1R(const Ipp32f* sum, int sumStep, const Ipp32f* norm, int normStep, Ipp8u* mask,
-                                          int maskStep, IppiSize roi, int* positive, Ipp32f threshold,
-                                          IppiHaarClassifier_32f* state) {
-  if (sum == nullptr || norm == nullptr || mask == nullptr || positive == nullptr || state == nullptr) {
-    return ippStsNullPtrErr;
-  }
-  if (roi.width < 1 || roi.height < 1) return ippStsSizeErr;
-  if (sumStep < 4LL * roi.width || normStep < 4LL * roi.width || maskStep < roi.width) return ippStsStepErr;
-  if (sumStep % 4 != 0 || normStep % 4 != 0) return ippStsNotEvenStepErr;
-  const std::unique_ptr<HaarFeature[]> placed(new (std::nothrow) HaarFeature[state->features.size()]);
-  if (placed == nullptr) return ippStsMemAllocErr;
-  if (!placeHaarFeatures(*state, sumStep / 4, placed.get())) return ippStsSizeErr;
-  const HaarStage stage = makeHaarStage(*state, placed.get(), threshold);
-  int survivors = 0;
-  for (int y = 0; y < roi.height; y++) {
-    survivors += kernels().haar.stageRow(stage, sum, norm, mask, roi.width);
-    sum += sumStep / 4;
-    norm += normStep / 4;
-    mask += maskStep;
-  }
-  *positive = survivors;
   return ippStsNoErr;
 }
