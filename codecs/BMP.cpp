@@ -5,6 +5,7 @@
 #include <new>
 
 #include "image/TIppiImage.h"
+#include "image/zeroed_buffer.h"
 
 namespace {
 
@@ -18,7 +19,7 @@ bool sizeAllowed(int width, int height) {
 
 template <class T>
 T* allocZeroed(std::size_t count) {
-  void* const memory = std::calloc(count, sizeof(T));
+  void* const memory = allocZeroedBuffer(count * sizeof(T));
   if (memory == nullptr) throw std::bad_alloc();
   return static_cast<T*>(memory);
 }

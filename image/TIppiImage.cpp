@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "image/zeroed_buffer.h"
 #include "primitives/ippi.h"
 
 namespace {
@@ -56,8 +57,7 @@ void TIppiImage::AllocNew(int width, int height) {
   // Without pixels there is nothing to hold, and what calloc(0) answers varies.
   if (width == 0 || height == 0) return;
 
-  // calloc, as the pages of a large picture then stay untouched until a loader fills them.
-  void* const buffer = std::calloc(static_cast<std::size_t>(SizeBytes), 1);
+  void* const buffer = allocZeroedBuffer(static_cast<std::size_t>(SizeBytes));
   if (buffer == nullptr) {
     SetSizeFields(0, 0, 0);
     throw std::bad_alloc();
