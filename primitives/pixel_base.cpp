@@ -1,7 +1,46 @@
 // The portable level: plain loops, the definition of what every other level must give bit for bit.
-#include "primitives/pixel_kernels.h"
+#include "primitives/pixel_levels.h"
 
 namespace {
+
+template <int channels>
+void reverse(const Ipp8u* __restrict src, Ipp8u* __restrict dst, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    for (int k = 0; k < channels; ++k) dst[channels * i + k] = src[channels * (count - 1 - i) + k];
+  }
+}
+
+template <int channels>
+void transpose(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize size) {
+  for (int c = 0; c < size.width; ++c) {
+    Ipp8u* to = dst + static_cast<std::ptrdiff_t>(c) * dstStep;
+    for (int r = 0; r < size.height; ++r) {
+      const Ipp8u* from = src + static_cast<std::ptrdiff_t>(r) * srcStep + static_cast<std::ptrdiff_t>(c) * channels;
+      for (int k = 0; k < channels; ++k) to[static_cast<std::ptrdiff_t>(r) * channels + k] = from[k];
+    }
+  }
+}
+
+template <int stride>
+void gray(const Ipp8u* src, Ipp8u* dst, std::size_t count, const int* weights) {
+  const int w0 = weights[0], w1 = weights[1], w2 = weights[2];
+  for (std::size_t i = 0; i < count; ++i) {
+    const Ipp8u* p = src + stride * i;
+    dst[i] = static_cast<Ipp8u>((w0 * p[0] + w1 * p[1] + w2 * p[2]) >> 12);
+  }
+}
+
+// u * v / 255 for bytes, exact for 0 and 255.
+unsigned mul(unsigned u, unsigned v) {
+  const unsigned t = u * v;
+  return (t + (t >> 8) + 1) >> 8;
+}
+
+Ipp8u saturated(unsigned v) { return static_cast<Ipp8u>(v < 255 ? v : 255); }
+
+}  // namespace
+
+namespace pixel_base {
 
 void copyAC4(const Ipp8u* src, Ipp8u* dst, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
@@ -77,40 +116,27 @@ void exchangeAC4(Ipp8u* __restrict a, Ipp8u* __restrict b, std::size_t count) {
   }
 }
 
-template <int channels>
-void reverse(const Ipp8u* __restrict src, Ipp8u* __restrict dst, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) {
-    for (int k = 0; k < channels; ++k) dst[channels * i + k] = src[channels * (count - 1 - i) + k];
-  }
+void reverseC1(const Ipp8u* src, Ipp8u* dst, std::size_t count) { reverse<1>(src, dst, count); }
+
+void reverseC3(const Ipp8u* src, Ipp8u* dst, std::size_t count) { reverse<3>(src, dst, count); }
+
+void reverseC4(const Ipp8u* src, Ipp8u* dst, std::size_t count) { reverse<4>(src, dst, count); }
+
+void transposeC1(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize size) {
+  transpose<1>(src, srcStep, dst, dstStep, size);
 }
 
-template <int channels>
-void transpose(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize size) {
-  for (int c = 0; c < size.width; ++c) {
-    Ipp8u* to = dst + static_cast<std::ptrdiff_t>(c) * dstStep;
-    for (int r = 0; r < size.height; ++r) {
-      const Ipp8u* from = src + static_cast<std::ptrdiff_t>(r) * srcStep + static_cast<std::ptrdiff_t>(c) * channels;
-      for (int k = 0; k < channels; ++k) to[static_cast<std::ptrdiff_t>(r) * channels + k] = from[k];
-    }
-  }
+void transposeC3(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize size) {
+  transpose<3>(src, srcStep, dst, dstStep, size);
 }
 
-template <int stride>
-void gray(const Ipp8u* src, Ipp8u* dst, std::size_t count, const int* weights) {
-  const int w0 = weights[0], w1 = weights[1], w2 = weights[2];
-  for (std::size_t i = 0; i < count; ++i) {
-    const Ipp8u* p = src + stride * i;
-    dst[i] = static_cast<Ipp8u>((w0 * p[0] + w1 * p[1] + w2 * p[2]) >> 12);
-  }
+void transposeC4(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize size) {
+  transpose<4>(src, srcStep, dst, dstStep, size);
 }
 
-// u * v / 255 for bytes, exact for 0 and 255.
-unsigned mul(unsigned u, unsigned v) {
-  const unsigned t = u * v;
-  return (t + (t >> 8) + 1) >> 8;
-}
+void grayC3(const Ipp8u* src, Ipp8u* dst, std::size_t count, const int* weights) { gray<3>(src, dst, count, weights); }
 
-Ipp8u saturated(unsigned v) { return static_cast<Ipp8u>(v < 255 ? v : 255); }
+void grayAC4(const Ipp8u* src, Ipp8u* dst, std::size_t count, const int* weights) { gray<4>(src, dst, count, weights); }
 
 void alphaOver(const Ipp8u* a, const Ipp8u* b, Ipp8u* dst, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i, a += 4, b += 4, dst += 4) {
@@ -120,28 +146,28 @@ void alphaOver(const Ipp8u* a, const Ipp8u* b, Ipp8u* dst, std::size_t count) {
   }
 }
 
-}  // namespace
+}  // namespace pixel_base
 
 void fillPixelKernelsBase(PixelKernels& table) {
-  table.copyAC4 = copyAC4;
-  table.copyAC4C3 = copyAC4C3;
-  table.copyC3AC4 = copyC3AC4;
-  table.copyC1C4 = copyC1C4;
-  table.replicateC3 = replicateC3;
-  table.replicateC4 = replicateC4;
-  table.convert8u32f = convert8u32f;
-  table.setC4C = setC4C;
-  table.swapC3 = swapC3;
-  table.swapC4 = swapC4;
-  table.exchange = exchange;
-  table.exchangeAC4 = exchangeAC4;
-  table.reverseC1 = reverse<1>;
-  table.reverseC3 = reverse<3>;
-  table.reverseC4 = reverse<4>;
-  table.transposeC1 = transpose<1>;
-  table.transposeC3 = transpose<3>;
-  table.transposeC4 = transpose<4>;
-  table.grayC3 = gray<3>;
-  table.grayAC4 = gray<4>;
-  table.alphaOver = alphaOver;
+  table.copyAC4 = pixel_base::copyAC4;
+  table.copyAC4C3 = pixel_base::copyAC4C3;
+  table.copyC3AC4 = pixel_base::copyC3AC4;
+  table.copyC1C4 = pixel_base::copyC1C4;
+  table.replicateC3 = pixel_base::replicateC3;
+  table.replicateC4 = pixel_base::replicateC4;
+  table.convert8u32f = pixel_base::convert8u32f;
+  table.setC4C = pixel_base::setC4C;
+  table.swapC3 = pixel_base::swapC3;
+  table.swapC4 = pixel_base::swapC4;
+  table.exchange = pixel_base::exchange;
+  table.exchangeAC4 = pixel_base::exchangeAC4;
+  table.reverseC1 = pixel_base::reverseC1;
+  table.reverseC3 = pixel_base::reverseC3;
+  table.reverseC4 = pixel_base::reverseC4;
+  table.transposeC1 = pixel_base::transposeC1;
+  table.transposeC3 = pixel_base::transposeC3;
+  table.transposeC4 = pixel_base::transposeC4;
+  table.grayC3 = pixel_base::grayC3;
+  table.grayAC4 = pixel_base::grayAC4;
+  table.alphaOver = pixel_base::alphaOver;
 }
