@@ -1,0 +1,91 @@
+#include "training/evaluation/matching.h"
+
+#include <gtest/gtest.h>
+
+namespace evaluation {
+namespace {
+
+constexpr FaceSquare kTruth{200, 100, 80, 0};
+
+struct MatchCase {
+  const char* name;
+  Detection detection;
+  bool matches;
+};
+
+class Matching : public testing::TestWithParam<MatchCase> {};
+
+TEST_P(Matching, HoldsToTheCriterionAtItsEdges) {
+  EXPECT_EQ(matches(kTruth, GetParam().detection, Criterion{}), GetParam().matches);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Edges, Matching,
+    testing::Values(MatchCase{"Same", {200, 100, 80, 0}, true}, MatchCase{"QuarterAway", {220, 100, 80, 0}, true},
+                    MatchCase{"JustFurther", {220.1, 100, 80, 0}, false},
+                    MatchCase{"DiagonalIsADistance", {215, 115, 80, 0}, false},
+                    MatchCase{"Smallest", {200, 100, 56, 0}, true}, MatchCase{"TooSmall", {200, 100, 55.9, 0}, false},
+                    MatchCase{"Largest", {200, 100, 112, 0}, true}, MatchCase{"TooLarge", {200, 100, 112.1, 0}, false},
+                    MatchCase{"AngleDoesNotCount", {200, 100, 80, 90}, true}),
+    [](const auto& each) { return each.param.name; });
+
+TEST(FaceSquareOfEyes, StandsWhereTheGeometrySays) {
+  FaceLabel label{};
+  // Eyes 39.4 apart give a side of 100; upright, the square starts 0.293 left of the left eye and 0.413 above it.
+  label.nodes[0] = {100 + 29.3, 50 + 41.3};
+  label.nodes[1] = {100 + 68.7, 50 + 41.3};
+  const FaceSquare upright = faceSquare(label);
+  EXPECT_NEAR(upright.xc, 150, 1e-9);
+  EXPECT_NEAR(upright.yc, 100, 1e-9);
+  EXPECT_NEAR(upright.w, 100, 1e-9);
+  EXPECT_NEAR(upright.roll, 0, 1e-9);
+  // The head lies on its right ear as the viewer sees it: the chin points left and the right eye down.
+  label.nodes[0] = {100 - 41.3, 29.3};
+  label.nodes[1] = {100 - 41.3, 68.7};
+  const FaceSquare lying = faceSquare(label);
+  EXPECT_NEAR(lying.xc, 50, 1e-9);
+  EXPECT_NEAR(lying.yc, 50, 1e-9);
+  EXPECT_NEAR(lying.roll, 90, 1e-9);
+}
+
+TEST(DeviationOf, IsMeasuredInTheFacesOwnFrame) {
+  // On a face that lies turned clockwise by 90 degrees, down on the screen is the face's right.
+  const Deviation deviation = deviationOf({0, 0, 100, 90}, {0, 10, 120, -84});
+  EXPECT_NEAR(deviation.dx, 0.1, 1e-12);
+  EXPECT_NEAR(deviation.dy, 0, 1e-12);
+  EXPECT_NEAR(deviation.width, 1.2, 1e-12);
+  EXPECT_NEAR(deviation.angle, 6, 1e-12);
+}
+
+TEST(Judge, TakesTheNearestAndCountsTheOthers) {
+  const std::vector<Detection> detections = {
+      {210, 100, 80, 1}, {202, 100, 90, 2}, {300, 100, 80, 3}, {200, 110, 80, 4}, {200, 100, 200, 5}};
+  const PictureResult result = judge(kTruth, detections, Criterion{});
+  ASSERT_TRUE(result.found);
+  EXPECT_EQ(result.found->angle, 2);
+  EXPECT_EQ(result.repeats, 2);
+  ASSERT_EQ(result.falseDetections.size(), 2u);
+  EXPECT_EQ(result.falseDetections[0].angle, 3);
+  EXPECT_EQ(result.falseDetections[1].angle, 5);
+  EXPECT_FALSE(judge(kTruth, {}, Criterion{}).found);
+}
+
+TEST(TallyOfPictures, AveragesOverFoundFacesOnly) {
+  Tally first, second;
+  first.add(kTruth, judge(kTruth, {{208, 100, 88, 4}}, Criterion{}));
+  first.add(kTruth, judge(kTruth, {{20, 20, 80, 0}}, Criterion{}));
+  second.add(kTruth, judge(kTruth, {{200, 92, 72, -2}, {200, 100, 400, 0}}, Criterion{}));
+  first.add(second);
+  EXPECT_EQ(first.faces, 3);
+  EXPECT_EQ(first.found, 2);
+  EXPECT_EQ(first.falseFaces, 2);
+  EXPECT_NEAR(first.share(), 2.0 / 3, 1e-12);
+  EXPECT_NEAR(first.mean().dx, 0.05, 1e-12);
+  EXPECT_NEAR(first.mean().dy, -0.05, 1e-12);
+  EXPECT_NEAR(first.mean().width, 1.0, 1e-12);
+  EXPECT_NEAR(first.mean().angle, 1, 1e-12);
+  EXPECT_NEAR(first.meanAbsAngle(), 3, 1e-12);
+}
+
+}  // namespace
+}  // namespace evaluation
