@@ -1,3 +1,3 @@
-#include "primitives/resample_kernels.h"
+#include "primitives/resample_x86.h"
 
-void fillResampleKernelsSse41(ResampleKernels&) {}
+void fillResampleKernelsSse41(ResampleKernels& table) { fillResample128(table); }
