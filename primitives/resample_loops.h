@@ -72,14 +72,15 @@ inline float lanczosSample(const float* const rows[kLanczosTaps], const float we
   return sum;
 }
 
+inline Ipp8u lanczosByte(float value) {
+  value = value > 0.0F ? value : 0.0F;
+  value = value < 255.0F ? value : 255.0F;
+  return static_cast<Ipp8u>(static_cast<int>(value + 0.5F));
+}
+
 void lanczosColumns8u(const float* const rows[kLanczosTaps], const float weights[kLanczosTaps], Ipp8u* out,
                       int samples) {
-  for (int k = 0; k < samples; ++k) {
-    float value = lanczosSample(rows, weights, k);
-    value = value > 0.0F ? value : 0.0F;
-    value = value < 255.0F ? value : 255.0F;
-    out[k] = static_cast<Ipp8u>(static_cast<int>(value + 0.5F));
-  }
+  for (int k = 0; k < samples; ++k) out[k] = lanczosByte(lanczosSample(rows, weights, k));
 }
 
 void lanczosColumns32f(const float* const rows[kLanczosTaps], const float weights[kLanczosTaps], float* out,

@@ -27,7 +27,8 @@ inline void storeFour(__m128i a, __m128i b, __m128i c, __m128i d, Ipp8u* out) {
   if constexpr (kChannels == 4) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
   } else {
-    const __m128i tight = _mm_shuffle_epi8(bytes, _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
+    const __m128i tight =
+        _mm_shuffle_epi8(bytes, _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(out), tight);
     const int rest = _mm_extract_epi32(tight, 2);
     std::memcpy(out + 8, &rest, sizeof(rest));
@@ -48,7 +49,8 @@ inline __m128i areaFourSums(const std::uint16_t* columns, const std::int32_t* fi
   if constexpr (kTaps == 4) {
     const __m128i a = _mm_unpacklo_epi64(load8(columns + first[0]), load8(columns + first[1]));
     const __m128i b = _mm_unpacklo_epi64(load8(columns + first[2]), load8(columns + first[3]));
-    return _mm_hadd_epi32(_mm_madd_epi16(areaBias(a), load16(weights)), _mm_madd_epi16(areaBias(b), load16(weights + 8)));
+    return _mm_hadd_epi32(_mm_madd_epi16(areaBias(a), load16(weights)),
+                          _mm_madd_epi16(areaBias(b), load16(weights + 8)));
   } else {
     __m128i sums[4];
     for (int i = 0; i < 4; ++i) {
@@ -106,7 +108,8 @@ void areaNarrowColor(const std::uint16_t* columns, const std::int32_t* first, co
 }
 
 inline std::uint32_t sumColumns(const std::uint16_t* from, int count) {
-  alignas(16) static constexpr std::uint16_t kKeep[16] = {0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF};
+  alignas(16) static constexpr std::uint16_t kKeep[16] = {0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF,
+                                                          0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF};
   const __m128i ones = _mm_set1_epi16(1);
   __m128i sum = _mm_setzero_si128();
   int t = 0;
@@ -122,9 +125,9 @@ void areaWide1(const std::uint16_t* columns, const AreaSpan* spans, Ipp8u* out, 
   for (int i = 0; i < pixels; ++i) {
     const AreaSpan& span = spans[i];
     const std::uint32_t full = sumColumns(columns + span.first + 1, span.full);
-    const float sum = (static_cast<float>(columns[span.first]) * span.firstWeight +
-                       static_cast<float>(full) * span.fullWeight) +
-                      static_cast<float>(columns[span.last]) * span.lastWeight;
+    const float sum =
+        (static_cast<float>(columns[span.first]) * span.firstWeight + static_cast<float>(full) * span.fullWeight) +
+        static_cast<float>(columns[span.last]) * span.lastWeight;
     out[i] = static_cast<Ipp8u>(static_cast<int>(sum + 0.5F));
   }
 }
@@ -198,6 +201,32 @@ void lanczosRowColor(const float* row, const std::int32_t* first, const float* w
   lanczosPixel<kChannels>(row + static_cast<std::ptrdiff_t>(first[pixels - 1]) * kChannels, weights, out);
 }
 
+inline __m128 lanczosFour(const float* const rows[kLanczosTaps], const __m128 factors[kLanczosTaps], int k) {
+  __m128 sum = _mm_mul_ps(_mm_loadu_ps(rows[0] + k), factors[0]);
+  for (int t = 1; t < kLanczosTaps; ++t) sum = _mm_add_ps(sum, _mm_mul_ps(_mm_loadu_ps(rows[t] + k), factors[t]));
+  return sum;
+}
+
+inline __m128i lanczosRound(__m128 value) {
+  value = _mm_min_ps(_mm_max_ps(value, _mm_setzero_ps()), _mm_set1_ps(255.0F));
+  return _mm_cvttps_epi32(_mm_add_ps(value, _mm_set1_ps(0.5F)));
+}
+
+void lanczosColumns8uFour(const float* const rows[kLanczosTaps], const float weights[kLanczosTaps], Ipp8u* out,
+                          int samples) {
+  // Local copies: the compiler must assume that bytes written through `out` change the tables.
+  const float* const from[kLanczosTaps] = {rows[0], rows[1], rows[2], rows[3], rows[4], rows[5]};
+  __m128 factors[kLanczosTaps];
+  for (int t = 0; t < kLanczosTaps; ++t) factors[t] = _mm_set1_ps(weights[t]);
+  int k = 0;
+  for (; k + 8 <= samples; k += 8) {
+    const __m128i words =
+        _mm_packus_epi32(lanczosRound(lanczosFour(from, factors, k)), lanczosRound(lanczosFour(from, factors, k + 4)));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(out + k), _mm_packus_epi16(words, words));
+  }
+  for (; k < samples; ++k) out[k] = lanczosByte(lanczosSample(rows, weights, k));
+}
+
 // The weight pair of a fraction in 16.16: its complement below, itself above.
 inline __m128i rotateWeights(__m128i fraction) {
   const __m128i part = _mm_srli_epi32(fraction, 32 - kRotateWeightBits);
@@ -268,8 +297,8 @@ void rotateSpan1(const Ipp8u* src, std::ptrdiff_t step, FixedPoint from, FixedPo
   for (; i + 4 <= pixels; i += 4, four.advance()) {
     alignas(16) std::int32_t offsets[4];
     _mm_store_si128(reinterpret_cast<__m128i*>(offsets), four.offsets(steps, one));
-    const __m128i values = rotateMix(rotateGather(src, offsets), rotateGather(src + step, offsets), four.across(),
-                                     four.down());
+    const __m128i values =
+        rotateMix(rotateGather(src, offsets), rotateGather(src + step, offsets), four.across(), four.down());
     const __m128i words = _mm_packus_epi32(values, values);
     const int bytes = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
     std::memcpy(out + i, &bytes, sizeof(bytes));
@@ -317,6 +346,7 @@ inline void fillResample128(ResampleKernels& table) {
   table.lanczosRow[0] = lanczosRow1;
   table.lanczosRow[1] = lanczosRowColor<3>;
   table.lanczosRow[2] = lanczosRowColor<4>;
+  table.lanczosColumns8u = lanczosColumns8uFour;
   table.rotateSpan[0] = rotateSpan1;
   table.rotateSpan[1] = rotateSpanColor<3>;
   table.rotateSpan[2] = rotateSpanColor<4>;

@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr int kBandRows = 64;
+constexpr int kTileColumns = 64;
 constexpr std::int64_t kPixel = std::int64_t{1} << 32;
 // Rounds positions to the fraction that the weights keep.
 constexpr std::int64_t kHalfWeight = std::int64_t{1} << (31 - kRotateWeightBits);
@@ -65,6 +67,19 @@ Range clip(Range range, std::int64_t from, std::int64_t move, std::int64_t low, 
   return {begin, std::clamp(floorDivide(high - from - 1, move) + 1, begin, range.end)};
 }
 
+// The part of `range` inside `bounds`; an empty result still lies within `bounds`.
+Range common(Range range, Range bounds) {
+  const std::int64_t begin = std::clamp(range.begin, bounds.begin, bounds.end);
+  return {begin, std::clamp(range.end, begin, bounds.end)};
+}
+
+// Destination pixels that the source reaches, and those among them whose neighbours all lie inside it.
+struct RowPlan {
+  FixedPoint from;
+  Range outer;
+  Range inner;
+};
+
 class Rotator {
  public:
   Rotator(const Ipp8u* src, std::ptrdiff_t srcStep, IppiRect roi, int channels, const Turn& turn, bool smooth)
@@ -80,26 +95,32 @@ class Rotator {
     span_ = (near ? kernels() : *kernelsOf(CpuLevel::base)).resample.rotateSpan[resampleChannelIndex(channels)];
   }
 
-  // `out` is destination pixel (x, y).
-  void row(Ipp8u* out, int x, int y, int pixels) const {
-    FixedPoint from;
-    if (!rowStart(x, y, from)) return;
+  // What row `y` of the destination needs, from its column `x` on.
+  RowPlan plan(int x, int y, int pixels) const {
+    RowPlan plan{};
+    if (!rowStart(x, y, plan.from)) return plan;
+    const FixedPoint from = plan.from;
     const std::int64_t width = roi_.width * kPixel, height = roi_.height * kPixel;
     // Without smoothing the outermost positions are those of the edge pixels themselves.
     const std::int64_t low = smooth_ ? -kPixel : 0, cut = smooth_ ? 0 : kPixel - 1;
-    Range outer = clip({0, pixels}, from.x, move_.x, low, width - cut);
-    outer = clip(outer, from.y, move_.y, low, height - cut);
+    plan.outer = clip({0, pixels}, from.x, move_.x, low, width - cut);
+    plan.outer = clip(plan.outer, from.y, move_.y, low, height - cut);
     // The kernels read a few bytes beyond the right neighbour.
     const int beyond = channels_ == 1 ? 3 : channels_ == 3 ? 2 : 1;
-    Range inner = clip(outer, from.x, move_.x, 0, std::max<std::int64_t>(0, width - beyond * kPixel));
-    inner = clip(inner, from.y, move_.y, 0, height - kPixel);
+    plan.inner = clip(plan.outer, from.x, move_.x, 0, std::max<std::int64_t>(0, width - beyond * kPixel));
+    plan.inner = clip(plan.inner, from.y, move_.y, 0, height - kPixel);
+    return plan;
+  }
 
-    edge(out, from, outer.begin, inner.begin);
+  // The part of a row inside `tile`; `out` is the row's first pixel.
+  void run(const RowPlan& plan, Range tile, Ipp8u* out) const {
+    const Range outer = common(plan.outer, tile), inner = common(plan.inner, outer);
+    edge(out, plan.from, outer.begin, inner.begin);
     if (inner.end > inner.begin) {
-      span_(src_, step_, at(from, inner.begin), move_, out + inner.begin * channels_,
+      span_(src_, step_, at(plan.from, inner.begin), move_, out + inner.begin * channels_,
             static_cast<int>(inner.end - inner.begin));
     }
-    edge(out, from, inner.end, outer.end);
+    edge(out, plan.from, inner.end, outer.end);
   }
 
  private:
@@ -149,6 +170,18 @@ class Rotator {
   void (*span_)(const Ipp8u*, std::ptrdiff_t, FixedPoint, FixedPoint, Ipp8u*, int);
 };
 
+// Rows from `top` of the region on, tile by tile: a slanted line through a large source touches a page a row,
+// and a tile keeps the number of these small enough for the caches.
+void rotateBand(const Rotator& rotator, Ipp8u* out, std::ptrdiff_t step, IppiRect roi, int top) {
+  RowPlan plans[kBandRows];
+  const int rows = std::min(kBandRows, roi.height - top);
+  for (int r = 0; r < rows; ++r) plans[r] = rotator.plan(roi.x, roi.y + top + r, roi.width);
+  for (int x = 0; x < roi.width; x += kTileColumns) {
+    const Range tile{x, std::min(x + kTileColumns, roi.width)};
+    for (int r = 0; r < rows; ++r) rotator.run(plans[r], tile, out + r * step);
+  }
+}
+
 IppStatus rotate(int channels, const Ipp8u* src, IppiSize srcSize, int srcStep, IppiRect srcRoi, Ipp8u* dst,
                  int dstStep, IppiRect dstRoi, double angle, double xCenter, double yCenter, unsigned interpolation) {
   if (src == nullptr || dst == nullptr) return ippStsNullPtrErr;
@@ -158,15 +191,15 @@ IppStatus rotate(int channels, const Ipp8u* src, IppiSize srcSize, int srcStep, 
   // A negative place in the destination would lie before its buffer.
   if (dstRoi.x < 0 || dstRoi.y < 0 || !clipRegion(srcSize, srcRoi)) return ippStsSizeErr;
   if (std::max({srcRoi.width, srcRoi.height, dstRoi.width, dstRoi.height}) > kMaxSide) return ippStsSizeErr;
+  if (std::max(dstRoi.x, dstRoi.y) > kMaxSide) return ippStsSizeErr;
   if (!std::isfinite(angle) || !std::isfinite(xCenter) || !std::isfinite(yCenter)) return ippStsBadArgErr;
 
   const Ipp8u* first = src + static_cast<std::ptrdiff_t>(srcRoi.y) * srcStep + std::ptrdiff_t{srcRoi.x} * channels;
   const bool smooth = (interpolation & IPPI_SMOOTH_EDGE) != 0;
   const Rotator rotator(first, srcStep, srcRoi, channels, makeTurn(angle, xCenter, yCenter), smooth);
-  for (int j = 0; j < dstRoi.height; ++j) {
-    const std::int64_t y = std::int64_t{dstRoi.y} + j;
-    Ipp8u* out = dst + y * dstStep + std::ptrdiff_t{dstRoi.x} * channels;
-    if (y <= INT32_MAX) rotator.row(out, dstRoi.x, static_cast<int>(y), dstRoi.width);
+  dst += static_cast<std::ptrdiff_t>(dstRoi.y) * dstStep + std::ptrdiff_t{dstRoi.x} * channels;
+  for (int j = 0; j < dstRoi.height; j += kBandRows) {
+    rotateBand(rotator, dst + static_cast<std::ptrdiff_t>(j) * dstStep, dstStep, dstRoi, j);
   }
   return ippStsNoErr;
 }
