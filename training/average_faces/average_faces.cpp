@@ -48,7 +48,7 @@ std::vector<Faces> groupsOf(const std::vector<FaceLabel>& labels, const std::str
 void writeTruth(std::FILE* file, const std::string& name, const FaceLabel& label, int count) {
   const FaceSquare square = faceSquare(label);
   std::fprintf(file, "%s,%.2f,%.2f,%.2f,%.2f,%.2f,%.2f,%.2f,%.2f,%d\n", name.c_str(), square.xc, square.yc, square.w,
-               -square.roll, label.nodes[0].x, label.nodes[0].y, label.nodes[1].x, label.nodes[1].y, count);
+               0.0 - square.roll, label.nodes[0].x, label.nodes[0].y, label.nodes[1].x, label.nodes[1].y, count);
 }
 
 void writeSingle(std::FILE* truth, const FaceAverage& average, const std::string& output, std::size_t number) {
