@@ -8,7 +8,7 @@
 struct BenchPicture {
   int width = 0;
   int height = 0;
-  int channels = 0;   // 1 gray, 3 red green blue
+  int channels = 0;  // 1 gray, 3 red green blue
   std::vector<std::uint8_t> samples;
 
   int step() const { return width * channels; }

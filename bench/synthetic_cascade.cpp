@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstring>
-#include <memory>
 #include <random>
 
 #include "image/TIppiImage.h"
@@ -49,10 +47,10 @@ void addClassifier(Stage& stage, std::mt19937& random) {
   stage.right.push_back(unit(random));
 }
 
-// The windows of one picture that are still alive, with what the primitives need to judge them.
+// The windows of one scale that are still alive, with what the primitives need to judge them.
 class Population {
  public:
-  explicit Population(TIppiImage& image)
+  explicit Population(const TIppiImage& image)
       : width_(image.Width + 1),
         roi_({image.Width - kWindow + 1, image.Height - kWindow + 1}),
         sum_(size(image)),
@@ -65,37 +63,19 @@ class Population {
                            {1, 1, kWindow - 2, kWindow - 2});
   }
 
-  // The threshold that half of the living reach, found by bisection; the others die.
-  float Halve(const Stage& stage) {
-    std::vector<float> weights = stage.weights;
-    for (float& w : weights) w *= kWeightScale;
-    std::vector<IppiRect> rects = stage.rects;
-    for (IppiRect& r : rects) r.y = kWindow - r.y - r.height;
-    IppiHaarClassifier_32f* state = nullptr;
-    ippiHaarClassifierInitAlloc_32f(&state, rects.data(), weights.data(), stage.thresholds.data(), stage.left.data(),
-                                    stage.right.data(), stage.num.data(), static_cast<int>(stage.num.size()));
-    const std::vector<unsigned char> before = mask_;
-    const int wanted = std::max(1, survivors(state, -1.0f) / 2);
-    float low = 0.0f;
-    float high = static_cast<float>(stage.num.size());
-    for (int step = 0; step < 24; step++) {
-      const float middle = (low + high) / 2;
-      mask_ = before;
-      (survivors(state, middle) >= wanted ? low : high) = middle;
-    }
-    mask_ = before;
-    survivors(state, low);
-    ippiHaarClassifierFree_32f(state);
-    return low;
+  int Survivors(IppiHaarClassifier_32f* state, float threshold) const {
+    std::vector<unsigned char> mask = mask_;
+    return apply(state, threshold, mask);
   }
+  void Cut(IppiHaarClassifier_32f* state, float threshold) { apply(state, threshold, mask_); }
 
  private:
   std::size_t size(const TIppiImage& image) const {
     return static_cast<std::size_t>(width_) * static_cast<std::size_t>(image.Height + 1);
   }
-  int survivors(IppiHaarClassifier_32f* state, float threshold) {
+  int apply(IppiHaarClassifier_32f* state, float threshold, std::vector<unsigned char>& mask) const {
     int count = 0;
-    ippiApplyHaarClassifier_32f_C1R(sum_.data(), width_ * 4, norm_.data(), width_ * 4, mask_.data(), width_, roi_,
+    ippiApplyHaarClassifier_32f_C1R(sum_.data(), width_ * 4, norm_.data(), width_ * 4, mask.data(), width_, roi_,
                                     &count, threshold, state);
     return count;
   }
@@ -106,6 +86,48 @@ class Population {
   std::vector<double> sqr_;
   std::vector<unsigned char> mask_;
 };
+
+// The scales of a scan from 1.0 down, without those that a scan pads.
+std::vector<Population> makePopulations(TIppiImage& image) {
+  std::vector<Population> populations;
+  TIppiImage scaled;
+  for (float scale = 1.0f; static_cast<float>(std::min(image.Width, image.Height)) * scale > 50.0f; scale /= 1.18f) {
+    image.Resize(scaled, scale);
+    populations.emplace_back(scaled);
+  }
+  return populations;
+}
+
+IppiHaarClassifier_32f* buildStage(const Stage& stage) {
+  std::vector<float> weights = stage.weights;
+  for (float& w : weights) w *= kWeightScale;
+  std::vector<IppiRect> rects = stage.rects;
+  for (IppiRect& r : rects) r.y = kWindow - r.y - r.height;
+  IppiHaarClassifier_32f* state = nullptr;
+  ippiHaarClassifierInitAlloc_32f(&state, rects.data(), weights.data(), stage.thresholds.data(), stage.left.data(),
+                                  stage.right.data(), stage.num.data(), static_cast<int>(stage.num.size()));
+  return state;
+}
+
+// The threshold that half of the living reach, found by bisection; the others die.
+float halve(std::vector<Population>& populations, const Stage& stage) {
+  IppiHaarClassifier_32f* state = buildStage(stage);
+  const auto survivors = [&](float threshold) {
+    int count = 0;
+    for (const Population& p : populations) count += p.Survivors(state, threshold);
+    return count;
+  };
+  const int wanted = std::max(1, survivors(-1.0f) / 2);
+  float low = 0.0f;
+  float high = static_cast<float>(stage.num.size());
+  for (int step = 0; step < 24; step++) {
+    const float middle = (low + high) / 2;
+    (survivors(middle) >= wanted ? low : high) = middle;
+  }
+  for (Population& p : populations) p.Cut(state, low);
+  ippiHaarClassifierFree_32f(state);
+  return low;
+}
 
 template <typename T>
 void put(std::vector<unsigned char>& stream, T value) {
@@ -134,14 +156,14 @@ void putStage(std::vector<unsigned char>& stream, const Stage& stage) {
 
 std::vector<unsigned char> makeSyntheticCascade(TIppiImage& image) {
   std::mt19937 random(2135);
-  Population population(image);
+  std::vector<Population> populations = makePopulations(image);
   std::vector<unsigned char> stages;
   int classifiers = 0;
   int features = 0;
   for (const int count : kClassifiers) {
     Stage stage;
     for (int c = 0; c < count; c++) addClassifier(stage, random);
-    stage.threshold = population.Halve(stage);
+    stage.threshold = halve(populations, stage);
     putStage(stages, stage);
     classifiers += count;
     features += static_cast<int>(stage.rects.size());

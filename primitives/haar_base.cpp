@@ -1,32 +1,15 @@
-#include <cmath>
-
-#include "primitives/haar_kernels.h"
+#include "primitives/haar_rows.h"
 
 namespace {
 
-void integralRow(const Ipp8u* src, const Ipp32f* above, Ipp32f* sum, const Ipp64f* aboveSqr, Ipp64f* sqr, int width) {
-  std::int32_t rowSum = 0;
-  double rowSqr = 0;
-  sum[0] = above[0];
-  sqr[0] = aboveSqr[0];
-  for (int c = 0; c < width; c++) {
-    const int p = src[c];
-    rowSum += p;
-    rowSqr += p * p;
-    sum[c + 1] = static_cast<float>(rowSum) + above[c + 1];
-    sqr[c + 1] = aboveSqr[c + 1] + rowSqr;
-  }
+void integralRow(const IntegralRow& row, int width) {
+  row.sum[0] = row.above[0];
+  row.sqr[0] = row.aboveSqr[0];
+  integrateColumns(row, 0, width, 0, 0);
 }
 
-void stdDevRow(const Ipp32f* top, const Ipp32f* bottom, const Ipp64f* topSqr, const Ipp64f* bottomSqr, int rectWidth,
-               Ipp32f area, Ipp32f* dst, int count) {
-  for (int x = 0; x < count; x++) {
-    const int right = x + rectWidth;
-    const float mean = (bottom[right] - top[right] - bottom[x] + top[x]) / area;
-    const double square = static_cast<double>(mean) * static_cast<double>(mean);
-    const double v = (bottomSqr[right] - topSqr[right] - bottomSqr[x] + topSqr[x]) / static_cast<double>(area) - square;
-    dst[x] = std::sqrt(static_cast<float>(v < 0 ? 0 : v));
-  }
+void stdDevRow(const DeviationRows& rows, Ipp32f* dst, int count) {
+  for (int x = 0; x < count; x++) dst[x] = deviationAt(rows, x);
 }
 
 // Single precision, left to right: near the integral's offset of -2^24 another order gives other sums.

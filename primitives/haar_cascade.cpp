@@ -16,31 +16,38 @@ constexpr int kBandRows = 16;
 
 constexpr int kPositions = HaarBlock::kPositions;
 
-// Appends to a list of blocks in order of position. A block takes every position from its first on that it
-// reaches, so the blocks of sparse survivors are fewer than those they came from.
+// Writes a list of blocks in order of position. A block takes every position from its first on that it
+// reaches, so the blocks of sparse survivors are fewer than those they came from. There is no branch,
+// since which lanes survive can't be foreseen.
 class BlockWriter {
  public:
-  explicit BlockWriter(HaarBlock* blocks) : blocks_(blocks) {}
+  explicit BlockWriter(HaarBlock* blocks) : next_(blocks) {}
 
+  // The lanes of a block at `index`, which lies past the one before. Writes one block too many.
   void Add(std::int32_t index, std::uint32_t lanes) {
-    if (lanes == 0) return;
-    if (count_ > 0 && index - blocks_[count_ - 1].sumIndex < kPositions) {
-      HaarBlock& last = blocks_[count_ - 1];
-      const std::int32_t shift = index - last.sumIndex;
-      last.lanes |= (lanes << shift) & kAllLanes;
-      lanes >>= kPositions - shift;
-      if (lanes == 0) return;
-      index += kPositions - shift;
-    }
-    const int skipped = std::countr_zero(lanes);
-    blocks_[count_++] = {index + skipped, index + skipped, lanes >> skipped};
+    const std::int32_t shift = std::min(index - open_.sumIndex, kPositions);
+    open_.lanes |= (lanes << shift) & kAllLanes;
+    *next_ = open_;
+    const std::int32_t taken = kPositions - shift;
+    lanes >>= taken;
+    const std::int32_t skipped = std::countr_zero(lanes | (kAllLanes + 1));
+    const bool opens = lanes != 0;
+    next_ += opens;
+    const std::int32_t first = index + taken + skipped;
+    open_.sumIndex = opens ? first : open_.sumIndex;
+    open_.normIndex = open_.sumIndex;
+    open_.lanes = opens ? lanes >> skipped : open_.lanes;
   }
-  int Count() const { return count_; }
+  // Answers the number of blocks after the first, which is a place holder.
+  std::ptrdiff_t Finish(const HaarBlock* blocks) {
+    *next_ = open_;
+    return next_ - blocks;
+  }
 
  private:
   static constexpr std::uint32_t kAllLanes = (1u << kPositions) - 1;
-  HaarBlock* blocks_;
-  int count_ = 0;
+  HaarBlock* next_;
+  HaarBlock open_ = {-kPositions, -kPositions, 0};
 };
 
 }  // namespace
@@ -69,20 +76,36 @@ const HaarStage& HaarCascade::Stage(int s) {
 }
 
 void HaarCascade::Scan(const float* sum, const float* norm, IppiSize roi, std::vector<Position>& survivors) {
+  Cover({roi.width, std::min(kBandRows, roi.height)});
+  blocks_.resize(cover_.size() + 1);
+  repacked_.resize(cover_.size() + 1);
+  const int blocksPerRow = (roi.width + kPositions - 1) / kPositions;
   for (int top = 0; top < roi.height; top += kBandRows) {
     const std::ptrdiff_t offset = static_cast<std::ptrdiff_t>(top) * pitch_;
-    ScanBand(sum + offset, norm + offset, {roi.width, std::min(kBandRows, roi.height - top)}, top, survivors);
+    const int count = blocksPerRow * std::min(kBandRows, roi.height - top);
+    ScanBand(sum + offset, norm + offset, count, top, survivors);
   }
 }
 
-void HaarCascade::ScanBand(const float* sum, const float* norm, IppiSize band, int top,
-                           std::vector<Position>& survivors) {
-  int count = CoverBand(band);
+// All positions of a band, which are the same for every band.
+void HaarCascade::Cover(IppiSize band) {
+  cover_.clear();
+  for (int y = 0; y < band.height; y++) {
+    for (int x = 0; x < band.width; x += kPositions) {
+      const std::uint32_t lanes = (1u << std::min(band.width - x, kPositions)) - 1;
+      cover_.push_back({y * pitch_ + x, y * pitch_ + x, lanes});
+    }
+  }
+}
+
+void HaarCascade::ScanBand(const float* sum, const float* norm, int count, int top, std::vector<Position>& survivors) {
+  // The first block of both lists is a place holder.
+  std::copy_n(cover_.begin(), count, blocks_.begin() + 1);
   for (int s = 0; s < stageCount_ && count > 0; s++) {
-    kernels().haar.stageBlocks(Stage(s), sum, norm, blocks_.data(), count);
+    kernels().haar.stageBlocks(Stage(s), sum, norm, blocks_.data() + 1, count);
     count = Repack(count);
   }
-  for (int b = 0; b < count; b++) {
+  for (int b = 1; b <= count; b++) {
     for (std::uint32_t lanes = blocks_[static_cast<std::size_t>(b)].lanes; lanes != 0; lanes &= lanes - 1) {
       const int index = blocks_[static_cast<std::size_t>(b)].sumIndex + std::countr_zero(lanes);
       survivors.push_back({index % pitch_, top + index / pitch_});
@@ -90,23 +113,11 @@ void HaarCascade::ScanBand(const float* sum, const float* norm, IppiSize band, i
   }
 }
 
-int HaarCascade::CoverBand(IppiSize band) {
-  blocks_.clear();
-  for (int y = 0; y < band.height; y++) {
-    for (int x = 0; x < band.width; x += kPositions) {
-      const std::uint32_t lanes = (1u << std::min(band.width - x, kPositions)) - 1;
-      blocks_.push_back({y * pitch_ + x, y * pitch_ + x, lanes});
-    }
-  }
-  return static_cast<int>(blocks_.size());
-}
-
-// In place: the list never grows, since a block is written only after the one that it begins in was read.
 int HaarCascade::Repack(int count) {
-  BlockWriter writer(blocks_.data());
-  for (int b = 0; b < count; b++) {
-    const HaarBlock block = blocks_[static_cast<std::size_t>(b)];
-    writer.Add(block.sumIndex, block.lanes);
+  BlockWriter writer(repacked_.data());
+  for (const HaarBlock* block = blocks_.data() + 1; block <= blocks_.data() + count; block++) {
+    writer.Add(block->sumIndex, block->lanes);
   }
-  return writer.Count();
+  blocks_.swap(repacked_);
+  return static_cast<int>(writer.Finish(blocks_.data()));
 }

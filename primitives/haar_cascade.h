@@ -31,8 +31,8 @@ class HaarCascade {
   void Scan(const float* sum, const float* norm, IppiSize roi, std::vector<Position>& survivors);
 
  private:
-  void ScanBand(const float* sum, const float* norm, IppiSize band, int top, std::vector<Position>& survivors);
-  int CoverBand(IppiSize band);
+  void Cover(IppiSize band);
+  void ScanBand(const float* sum, const float* norm, int count, int top, std::vector<Position>& survivors);
   int Repack(int count);
   const HaarStage& Stage(int s);
 
@@ -43,5 +43,7 @@ class HaarCascade {
   int placedStages_ = 0;
   std::vector<std::vector<HaarFeature>> placed_;
   std::vector<HaarStage> stages_;
+  std::vector<HaarBlock> cover_;
   std::vector<HaarBlock> blocks_;
+  std::vector<HaarBlock> repacked_;
 };

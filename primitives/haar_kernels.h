@@ -36,14 +36,29 @@ struct HaarBlock {
   std::uint32_t lanes;     // bit k for position k
 };
 
+struct IntegralRow {
+  const Ipp8u* src;
+  const Ipp32f* above;
+  Ipp32f* sum;
+  const Ipp64f* aboveSqr;
+  Ipp64f* sqr;
+};
+
+// The rows of both integrals at the top and the bottom of rectangles of one size, in pixels.
+struct DeviationRows {
+  const Ipp32f* top;
+  const Ipp32f* bottom;
+  const Ipp64f* topSqr;
+  const Ipp64f* bottomSqr;
+  int rectWidth;
+  Ipp32f area;
+};
+
 struct HaarKernels {
   // One row of both integrals, `width` + 1 values each; the first is taken from the row above.
-  void (*integralRow)(const Ipp8u* src, const Ipp32f* above, Ipp32f* sum, const Ipp64f* aboveSqr, Ipp64f* sqr,
-                      int width);
-  // Deviations of the rectangles, `rectWidth` wide, whose top left corners are the first `count` elements
-  // of the top rows.
-  void (*stdDevRow)(const Ipp32f* top, const Ipp32f* bottom, const Ipp64f* topSqr, const Ipp64f* bottomSqr,
-                    int rectWidth, Ipp32f area, Ipp32f* dst, int count);
+  void (*integralRow)(const IntegralRow& row, int width);
+  // Deviations of the rectangles whose left columns are the first `count` elements of the rows.
+  void (*stdDevRow)(const DeviationRows& rows, Ipp32f* dst, int count);
   // Clears the lanes that fail the stage.
   void (*stageBlocks)(const HaarStage& stage, const Ipp32f* sum, const Ipp32f* norm, HaarBlock* blocks, int count);
 };

@@ -27,7 +27,7 @@ IppStatus ippiSqrIntegral_8u32f64f_C1R(const Ipp8u* src, int srcStep, Ipp32f* su
   const std::ptrdiff_t sqrPitch = sqrStep / 8;
   const HaarKernels& haar = kernels().haar;
   for (int r = 0; r < roi.height; r++, src += srcStep, sum += sumPitch, sqr += sqrPitch) {
-    haar.integralRow(src, sum, sum + sumPitch, sqr, sqr + sqrPitch, roi.width);
+    haar.integralRow({src, sum, sum + sumPitch, sqr, sqr + sqrPitch}, roi.width);
   }
   return ippStsNoErr;
 }

@@ -28,8 +28,8 @@ IppStatus ippiRectStdDev_32f_C1R(const Ipp32f* sum, int sumStep, const Ipp64f* s
   sum += rect.y * sumPitch + rect.x;
   sqr += rect.y * sqrPitch + rect.x;
   for (int y = 0; y < roi.height; y++) {
-    kernels().haar.stdDevRow(sum, sum + rect.height * sumPitch, sqr, sqr + rect.height * sqrPitch, rect.width, area,
-                             dst, roi.width);
+    const DeviationRows rows = {sum, sum + rect.height * sumPitch, sqr, sqr + rect.height * sqrPitch, rect.width, area};
+    kernels().haar.stdDevRow(rows, dst, roi.width);
     sum += sumPitch;
     sqr += sqrPitch;
     dst += dstStep / 4;
