@@ -12,7 +12,7 @@ namespace {
 
 // Rows that go through all stages together: enough blocks to fill the kernels in the later stages, few
 // enough that a band's integrals stay in the cache.
-constexpr int kBandRows = 16;
+constexpr int kBandRows = 32;
 
 constexpr int kPositions = HaarBlock::kPositions;
 
