@@ -102,7 +102,7 @@ class Rotator {
     const FixedPoint from = plan.from;
     const std::int64_t width = roi_.width * kPixel, height = roi_.height * kPixel;
     // Without smoothing the outermost positions are those of the edge pixels themselves.
-    const std::int64_t low = smooth_ ? -kPixel : 0, cut = smooth_ ? 0 : kPixel - 1;
+    const std::int64_t low = smooth_ ? -kPixel : 0, cut = smooth_ ? 0 : kPixel - 2 * kHalfWeight;
     plan.outer = clip({0, pixels}, from.x, move_.x, low, width - cut);
     plan.outer = clip(plan.outer, from.y, move_.y, low, height - cut);
     // The kernels read a few bytes beyond the right neighbour.
