@@ -62,7 +62,8 @@ PassResult groupMeans(TMultiFaceDetector& detector, std::vector<TRectangle>& rec
   detector.SelectFace(rects, groups.get(), lastGroup, columns[0], columns[1], columns[2], columns[3], columns[4]);
   const std::unique_ptr<int[]> x1(columns[0]), y1(columns[1]), x2(columns[2]), y2(columns[3]), counts(columns[4]);
   PassResult result;
-  for (int g = 0; g <= lastGroup; g++) {
+  const auto groupCount = static_cast<std::size_t>(lastGroup + 1);
+  for (std::size_t g = 0; g < groupCount; g++) {
     result.rects.push_back({x1[g], y1[g], x2[g], y2[g]});
     result.counts.push_back(counts[g]);
   }
