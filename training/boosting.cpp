@@ -42,6 +42,18 @@ float leafResponse(double positive, double negative) {
 
 }  // namespace
 
+std::size_t findFeature(const std::vector<HaarFeature>& features, const WeakClassifier& weak) {
+  const auto sameRect = [](const HaarRect& a, const HaarRect& b) {
+    return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height && a.weight == b.weight;
+  };
+  const auto same = [&](const HaarFeature& feature) {
+    return std::equal(feature.rects, feature.rects + feature.count, weak.rects.begin(), weak.rects.end(), sameRect);
+  };
+  const auto found = std::find_if(features.begin(), features.end(), same);
+  if (found == features.end()) throw std::invalid_argument("the classifier is not made of a feature of the pool");
+  return static_cast<std::size_t>(found - features.begin());
+}
+
 Booster::Booster(const std::vector<HaarFeature>& features, const FeatureTable& table, std::size_t positives,
                  std::size_t candidates, std::uint32_t seed, unsigned threads)
     : features_(features),
@@ -64,28 +76,6 @@ Booster::Booster(const std::vector<HaarFeature>& features, const FeatureTable& t
 void Booster::update(std::size_t window, float response) {
   weights_[window] *= std::exp(window < positives_ ? -response : response);
   sums_[window] += 0.5 * (response + 1.0);
-}
-
-void Booster::addFixed(const WeakClassifier& weak) {
-  // Fixed rows are found in the pool by their rectangles.
-  const auto same = [&](const HaarFeature& feature) {
-    if (static_cast<std::size_t>(feature.count) != weak.rects.size()) return false;
-    for (std::size_t r = 0; r < weak.rects.size(); ++r) {
-      const HaarRect& a = feature.rects[r];
-      const HaarRect& b = weak.rects[r];
-      if (a.x != b.x || a.y != b.y || a.width != b.width || a.height != b.height || a.weight != b.weight) return false;
-    }
-    return true;
-  };
-  const auto found = std::find_if(features_.begin(), features_.end(), same);
-  if (found == features_.end()) throw std::runtime_error("a fixed classifier is not in the feature pool");
-  const auto feature = static_cast<std::size_t>(found - features_.begin());
-  int bin = 0;
-  while (bin < FeatureTable::kBins - 1 && table_.thresholdAbove(feature, bin) < weak.threshold) ++bin;
-  const std::uint8_t* bins = table_.bins(feature);
-  for (std::size_t k = 0; k < weights_.size(); ++k) {
-    update(k, 2.0f * (bins[k] <= bin ? weak.left : weak.right) - 1.0f);
-  }
 }
 
 void Booster::quantiseWeights() {
@@ -179,35 +169,28 @@ WeakClassifier Booster::classifierOf(const Stump& stump) const {
   return weak;
 }
 
-BoostResult Booster::train(const StagePlan& plan, const std::vector<WeakClassifier>& fixed) {
-  BoostResult result;
-  result.stage.threshold = plan.threshold;
-  for (const WeakClassifier& weak : fixed) {
-    addFixed(weak);
-    result.stage.classifiers.push_back(weak);
-  }
+Stage Booster::train(const StagePlan& plan) {
+  Stage stage;
+  stage.threshold = plan.threshold;
   // The three-rectangle classifiers are spread evenly over the rounds.
-  const int rounds = plan.classifiers - static_cast<int>(fixed.size());
+  const int rounds = plan.classifiers;
   for (int round = 0; round < rounds; ++round) {
     const bool three = (round + 1) * plan.threeRectangle / rounds > round * plan.threeRectangle / rounds;
     const Stump stump = bestStump(three);
     apply(stump);
-    result.stage.classifiers.push_back(classifierOf(stump));
+    stage.classifiers.push_back(classifierOf(stump));
   }
 
   std::vector<double> positiveSums(sums_.begin(), sums_.begin() + static_cast<std::ptrdiff_t>(positives_));
   const auto lost = static_cast<std::ptrdiff_t>((1.0 - plan.keep) * static_cast<double>(positives_));
   std::nth_element(positiveSums.begin(), positiveSums.begin() + lost, positiveSums.end());
   const double trained = positiveSums[static_cast<std::size_t>(lost)] - 1e-4;
-  const auto passed = std::count_if(sums_.begin() + static_cast<std::ptrdiff_t>(positives_), sums_.end(),
-                                    [&](double sum) { return sum >= trained; });
-  result.passedNegatives = static_cast<double>(passed) / static_cast<double>(sums_.size() - positives_);
 
   // Every leaf is moved by the same amount, so that the trained threshold becomes the listed one.
   const float shift = static_cast<float>((plan.threshold - trained) / rounds);
-  for (std::size_t k = fixed.size(); k < result.stage.classifiers.size(); ++k) {
-    result.stage.classifiers[k].left += shift;
-    result.stage.classifiers[k].right += shift;
+  for (WeakClassifier& weak : stage.classifiers) {
+    weak.left += shift;
+    weak.right += shift;
   }
-  return result;
+  return stage;
 }

@@ -16,10 +16,8 @@ struct StagePlan {
   double keep;              // share of the positives that the stage must pass
 };
 
-struct BoostResult {
-  Stage stage;
-  double passedNegatives;   // share of the training negatives that the stage passes
-};
+// The place of a classifier's feature in the pool; throws std::invalid_argument when it is not there.
+std::size_t findFeature(const std::vector<HaarFeature>& features, const WeakClassifier& weak);
 
 class Booster {
  public:
@@ -27,8 +25,7 @@ class Booster {
   Booster(const std::vector<HaarFeature>& features, const FeatureTable& table, std::size_t positives,
           std::size_t candidates, std::uint32_t seed, unsigned threads);
 
-  // `fixed` classifiers come first and keep all their values.
-  BoostResult train(const StagePlan& plan, const std::vector<WeakClassifier>& fixed);
+  Stage train(const StagePlan& plan);
 
  private:
   struct Stump {
@@ -39,7 +36,6 @@ class Booster {
     double gain = -1;
   };
 
-  void addFixed(const WeakClassifier& weak);
   Stump bestStump(bool threeRectangles);
   Stump evaluateFeature(std::size_t feature) const;
   void quantiseWeights();

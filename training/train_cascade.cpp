@@ -11,6 +11,7 @@
 #include "training/boosting.h"
 #include "training/cascade_stream.h"
 #include "training/face_labels.h"
+#include "training/first_stage.h"
 #include "training/negative_miner.h"
 #include "training/scan_windows.h"
 #include "training/window_samples.h"
@@ -48,6 +49,7 @@ struct Options {
   std::size_t candidates = 12000;
   std::size_t maxScans = 30000;
   double keep = 0.9985;
+  double firstKeep = 0.996;   // three classifiers can reject little at the full rate
   FaceJitter jitter;
 };
 
@@ -145,6 +147,16 @@ class Training {
     negatives_.insert(negatives_.end(), mined.begin(), mined.end());
   }
 
+  Stage boostStage(int index, const StagePlan& plan) {
+    if (index == 0) {
+      StagePlan first = plan;
+      first.keep = options_.firstKeep;
+      return trainFirstStage(features_, table_, positives_.size(), first, kFirstClassifiers, options_.threads);
+    }
+    const std::uint32_t seed = options_.seed * 104729u + static_cast<std::uint32_t>(index);
+    return Booster(features_, table_, positives_.size(), options_.candidates, seed, options_.threads).train(plan);
+  }
+
   void trainStage(int index) {
     const double start = seconds();
     topUpNegatives(index);
@@ -156,11 +168,7 @@ class Training {
 
     const StageForm& form = kStages[index];
     const StagePlan plan{form.classifiers, form.rectangles - 2 * form.classifiers, form.threshold, options_.keep};
-    Booster booster(features_, table_, positives_.size(), options_.candidates,
-                    options_.seed * 104729u + static_cast<std::uint32_t>(index), options_.threads);
-    const BoostResult result =
-        booster.train(plan, index == 0 ? kFirstClassifiers : std::vector<WeakClassifier>{});
-    cascade_.push_back(result.stage);
+    cascade_.push_back(boostStage(index, plan));
 
     const std::size_t hadPositives = positives_.size();
     const std::size_t hadNegatives = negatives_.size();
@@ -198,6 +206,9 @@ int main(int argc, char** argv) {
   app.add_option("--candidates", options.candidates, "features drawn each round")->capture_default_str();
   app.add_option("--max-scans", options.maxScans, "scans per stage before mining gives up")->capture_default_str();
   app.add_option("--keep", options.keep, "share of the faces that a stage passes")->capture_default_str();
+  app.add_option("--first-keep", options.firstKeep, "the same for the first stage")->capture_default_str();
+  app.add_option("--shift-right", options.jitter.shiftRight, "of the window against the face, widths")->capture_default_str();
+  app.add_option("--shift-down", options.jitter.shiftDown, "of the window against the face, widths")->capture_default_str();
   app.add_option("--turn-mean", options.jitter.turnMean, "degrees clockwise")->capture_default_str();
   app.add_option("--turn-deviation", options.jitter.turnDeviation, "degrees")->capture_default_str();
   app.add_option("--turn-limit", options.jitter.turnLimit, "degrees")->capture_default_str();

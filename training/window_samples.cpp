@@ -129,8 +129,13 @@ bool makeFaceWindow(TrainingPicture& picture, const FaceJitter& jitter, std::mt1
   TIppiImage small;
   const double toWindow = kWindowSide / (side * std::exp(uniform(random, -jitter.logScale, jitter.logScale)));
   upright->Resize(small, toWindow);
-  const int x = static_cast<int>(std::lrint(centre.u * toWindow - 10.0 + uniform(random, -jitter.shift, jitter.shift)));
-  const int row = static_cast<int>(std::lrint(centre.v * toWindow - 10.0 + uniform(random, -jitter.shift, jitter.shift)));
+  const double right = jitter.shiftRight * kWindowSide * (mirrored ? -1.0 : 1.0);
+  const double up = -jitter.shiftDown * kWindowSide;
+  const auto jittered = [&](double place) {
+    return static_cast<int>(std::lrint(place - kWindowSide / 2 + uniform(random, -jitter.shift, jitter.shift)));
+  };
+  const int x = jittered(centre.u * toWindow + right);
+  const int row = jittered(centre.v * toWindow + up);
   if (x < 0 || row < 0 || x + kWindowSide > small.Width || row + kWindowSide > small.Height) return false;
   window = windowAt(small, x, row);
   if (mirrored) mirror(window);

@@ -31,6 +31,11 @@ struct FaceJitter {
   double turnLimit = 9.0;        // degrees
   double logScale = 0.10;        // uniform, +- natural log of the size ratio
   double shift = 0.75;           // uniform, +- pixels of the 20 pixel window
+  // Where windows stand against the face, in widths. The fine search truncates coordinates in a crop of 80 pixels
+  // and loses that crop's top row, which moves its results left and up; windows trained to stand right of and below the
+  // face bring the reported square back onto it.
+  double shiftRight = 0.0;
+  double shiftDown = 0.0;
 };
 
 // One jittered window of the picture's face: working size, turn, scale, place, mirror, light, noise. False when the
