@@ -42,11 +42,11 @@ float leafResponse(double positive, double negative) {
 
 }  // namespace
 
-std::size_t findFeature(const std::vector<HaarFeature>& features, const WeakClassifier& weak) {
+std::size_t findFeature(const std::vector<CandidateFeature>& features, const WeakClassifier& weak) {
   const auto sameRect = [](const HaarRect& a, const HaarRect& b) {
     return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height && a.weight == b.weight;
   };
-  const auto same = [&](const HaarFeature& feature) {
+  const auto same = [&](const CandidateFeature& feature) {
     return std::equal(feature.rects, feature.rects + feature.count, weak.rects.begin(), weak.rects.end(), sameRect);
   };
   const auto found = std::find_if(features.begin(), features.end(), same);
@@ -54,7 +54,7 @@ std::size_t findFeature(const std::vector<HaarFeature>& features, const WeakClas
   return static_cast<std::size_t>(found - features.begin());
 }
 
-Booster::Booster(const std::vector<HaarFeature>& features, const FeatureTable& table, std::size_t positives,
+Booster::Booster(const std::vector<CandidateFeature>& features, const FeatureTable& table, std::size_t positives,
                  std::size_t candidates, std::uint32_t seed, unsigned threads)
     : features_(features),
       table_(table),
@@ -160,7 +160,7 @@ void Booster::apply(const Stump& stump) {
 }
 
 WeakClassifier Booster::classifierOf(const Stump& stump) const {
-  const HaarFeature& feature = features_[stump.feature];
+  const CandidateFeature& feature = features_[stump.feature];
   WeakClassifier weak;
   weak.rects.assign(feature.rects, feature.rects + feature.count);
   weak.threshold = table_.thresholdAbove(stump.feature, stump.bin);

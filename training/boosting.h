@@ -17,12 +17,12 @@ struct StagePlan {
 };
 
 // The place of a classifier's feature in the pool; throws std::invalid_argument when it is not there.
-std::size_t findFeature(const std::vector<HaarFeature>& features, const WeakClassifier& weak);
+std::size_t findFeature(const std::vector<CandidateFeature>& features, const WeakClassifier& weak);
 
 class Booster {
  public:
   // The first `positives` windows of the table are faces, the others are not.
-  Booster(const std::vector<HaarFeature>& features, const FeatureTable& table, std::size_t positives,
+  Booster(const std::vector<CandidateFeature>& features, const FeatureTable& table, std::size_t positives,
           std::size_t candidates, std::uint32_t seed, unsigned threads);
 
   Stage train(const StagePlan& plan);
@@ -43,7 +43,7 @@ class Booster {
   WeakClassifier classifierOf(const Stump& stump) const;
   void update(std::size_t window, float response);
 
-  const std::vector<HaarFeature>& features_;
+  const std::vector<CandidateFeature>& features_;
   const FeatureTable& table_;
   std::size_t positives_;
   std::size_t candidates_;

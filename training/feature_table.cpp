@@ -59,7 +59,7 @@ class IntegralBlock {
 
 // Sum of the rectangles times their weights for `count` windows, then the bin of each.
 template <int rects>
-void binFeature(const IntegralBlock& block, const HaarFeature& feature, std::size_t count, float low, float width,
+void binFeature(const IntegralBlock& block, const CandidateFeature& feature, std::size_t count, float low, float width,
                 float* __restrict values, std::uint8_t* __restrict bins) {
   const float* corner[rects][4];
   float weight[rects];
@@ -83,7 +83,7 @@ void binFeature(const IntegralBlock& block, const HaarFeature& feature, std::siz
   }
 }
 
-void binFeature(const IntegralBlock& block, const HaarFeature& feature, std::size_t count, float low, float width,
+void binFeature(const IntegralBlock& block, const CandidateFeature& feature, std::size_t count, float low, float width,
                 float* values, std::uint8_t* bins) {
   if (feature.count == 2) {
     binFeature<2>(block, feature, count, low, width, values, bins);
@@ -111,11 +111,11 @@ void ByteStore::reserve(std::size_t bytes) {
   madvise(bytes_.get(), capacity_, MADV_HUGEPAGE);
 }
 
-FeatureTable::FeatureTable(const std::vector<HaarFeature>& features)
+FeatureTable::FeatureTable(const std::vector<CandidateFeature>& features)
     : features_(features), low_(features.size()), width_(features.size()) {}
 
 void FeatureTable::fill(const std::vector<Window>& windows, unsigned threads) {
-  const std::vector<HaarFeature>& features = features_;
+  const std::vector<CandidateFeature>& features = features_;
   windows_ = windows.size();
   stride_ = (windows.size() + 63) / 64 * 64;
   bins_.reserve(features.size() * stride_);

@@ -30,7 +30,7 @@ class FeatureTable {
   static constexpr int kBins = 256;
 
   // Rows are `features`, which must outlive the table.
-  explicit FeatureTable(const std::vector<HaarFeature>& features);
+  explicit FeatureTable(const std::vector<CandidateFeature>& features);
 
   // Columns become `windows` in the order given. Takes features x windows bytes.
   void fill(const std::vector<Window>& windows, unsigned threads);
@@ -44,7 +44,7 @@ class FeatureTable {
   }
 
  private:
-  const std::vector<HaarFeature>& features_;
+  const std::vector<CandidateFeature>& features_;
   std::size_t windows_ = 0;
   std::size_t stride_ = 0;
   std::vector<float> low_;     // lower end of bin 0

@@ -45,7 +45,7 @@ struct CaseHistogram {
 
 class FirstStage {
  public:
-  FirstStage(const std::vector<HaarFeature>& features, const FeatureTable& table, std::size_t positives,
+  FirstStage(const std::vector<CandidateFeature>& features, const FeatureTable& table, std::size_t positives,
              const StagePlan& plan, const std::vector<WeakClassifier>& given)
       : features_(features), table_(table), positives_(positives), plan_(plan), cases_(table.windows(), 0) {
     if (given.size() != 2) throw std::invalid_argument("the first stage has two given classifiers");
@@ -105,7 +105,7 @@ class FirstStage {
     }
   }
 
-  const std::vector<HaarFeature>& features_;
+  const std::vector<CandidateFeature>& features_;
   const FeatureTable& table_;
   std::size_t positives_;
   StagePlan plan_;
@@ -116,7 +116,7 @@ class FirstStage {
 
 }  // namespace
 
-Stage trainFirstStage(const std::vector<HaarFeature>& features, const FeatureTable& table, std::size_t positives,
+Stage trainFirstStage(const std::vector<CandidateFeature>& features, const FeatureTable& table, std::size_t positives,
                       const StagePlan& plan, const std::vector<WeakClassifier>& given, unsigned threads) {
   const FirstStage search(features, table, positives, plan, given);
   std::vector<Choice> best(threads);
@@ -134,7 +134,7 @@ Stage trainFirstStage(const std::vector<HaarFeature>& features, const FeatureTab
   const Choice choice = *std::min_element(best.begin(), best.end(), [](const Choice& a, const Choice& b) {
     return a.negatives != b.negatives ? a.negatives < b.negatives : a.feature < b.feature;
   });
-  const HaarFeature& feature = features[choice.feature];
+  const CandidateFeature& feature = features[choice.feature];
   Stage stage{plan.threshold, given};
   stage.classifiers.push_back({{feature.rects, feature.rects + feature.count},
                                table.thresholdAbove(choice.feature, choice.bin), choice.left, choice.right});

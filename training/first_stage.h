@@ -8,5 +8,5 @@
 // Tries every two-rectangle feature and every pair of leaf values that makes a difference, and takes the classifier
 // that lets the fewest negatives through while the stage keeps `plan.keep` of the positives (the first `positives`
 // windows of the table).
-Stage trainFirstStage(const std::vector<HaarFeature>& features, const FeatureTable& table, std::size_t positives,
+Stage trainFirstStage(const std::vector<CandidateFeature>& features, const FeatureTable& table, std::size_t positives,
                       const StagePlan& plan, const std::vector<WeakClassifier>& given, unsigned threads);

@@ -19,8 +19,8 @@ constexpr Kind kKinds[] = {
     {2, 2, 2, {{0, 0, 1, 1, 2.0f}, {1, 1, 1, 1, 2.0f}}},
 };
 
-HaarFeature place(const Kind& kind, int x, int y, int cellWidth, int cellHeight) {
-  HaarFeature feature{1 + kind.parts, {}};
+CandidateFeature place(const Kind& kind, int x, int y, int cellWidth, int cellHeight) {
+  CandidateFeature feature{1 + kind.parts, {}};
   feature.rects[0] = {x, y, kind.cellsX * cellWidth, kind.cellsY * cellHeight, -1.0f};
   for (int k = 0; k < kind.parts; ++k) {
     const HaarRect& part = kind.part[k];
@@ -30,7 +30,7 @@ HaarFeature place(const Kind& kind, int x, int y, int cellWidth, int cellHeight)
   return feature;
 }
 
-void placeEverywhere(const Kind& kind, int cellWidth, int cellHeight, std::vector<HaarFeature>& out) {
+void placeEverywhere(const Kind& kind, int cellWidth, int cellHeight, std::vector<CandidateFeature>& out) {
   for (int y = 0; y + kind.cellsY * cellHeight <= kWindowSide; ++y) {
     for (int x = 0; x + kind.cellsX * cellWidth <= kWindowSide; ++x) {
       out.push_back(place(kind, x, y, cellWidth, cellHeight));
@@ -40,8 +40,8 @@ void placeEverywhere(const Kind& kind, int cellWidth, int cellHeight, std::vecto
 
 }  // namespace
 
-std::vector<HaarFeature> allHaarFeatures(int minArea) {
-  std::vector<HaarFeature> features;
+std::vector<CandidateFeature> allCandidateFeatures(int minArea) {
+  std::vector<CandidateFeature> features;
   for (const Kind& kind : kKinds) {
     for (int cellHeight = 1; kind.cellsY * cellHeight <= kWindowSide; ++cellHeight) {
       for (int cellWidth = 1; kind.cellsX * cellWidth <= kWindowSide; ++cellWidth) {

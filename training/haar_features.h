@@ -5,7 +5,7 @@
 
 #include "training/cascade_stream.h"
 
-struct HaarFeature {
+struct CandidateFeature {
   int count;          // rectangles in use, 2 or 3
   HaarRect rects[3];
 };
@@ -16,4 +16,4 @@ struct HaarFeature {
 //   quarters, the middle two against the whole      (whole -1, middle half 2)
 //   quadrants, one diagonal against the whole       (whole -1, two quadrants 2; three rectangles)
 // in the 20 by 20 window whose whole covers `minArea` pixels or more.
-std::vector<HaarFeature> allHaarFeatures(int minArea);
+std::vector<CandidateFeature> allCandidateFeatures(int minArea);

@@ -19,6 +19,7 @@ double uniform(std::mt19937& random, double low, double high) {
 // One scan to be made: which picture and how it is changed.
 struct ScanTask {
   TrainingPicture* picture;
+  TrainingPicture* other;   // a background to be blended in, or null
   bool portrait;
   std::uint32_t seed;
 };
@@ -35,6 +36,18 @@ void invert(TIppiImage& image) {
   for (int y = 0; y < image.Height; ++y) {
     unsigned char* row = image.Pixels + static_cast<std::ptrdiff_t>(y) * image.Step;
     for (int x = 0; x < image.Width; ++x) row[x] = static_cast<unsigned char>(255 - row[x]);
+  }
+}
+
+// Mixes `other` into the common lower left part and leaves only that: two pictures make a third texture.
+void blend(TIppiImage& image, const TIppiImage& other, double share, TIppiImage& mixed) {
+  mixed.AllocNew(std::min(image.Width, other.Width), std::min(image.Height, other.Height));
+  const int weight = static_cast<int>(share * 256.0);
+  for (int y = 0; y < mixed.Height; ++y) {
+    const unsigned char* a = image.Pixels + static_cast<std::ptrdiff_t>(y) * image.Step;
+    const unsigned char* b = other.Pixels + static_cast<std::ptrdiff_t>(y) * other.Step;
+    unsigned char* out = mixed.Pixels + static_cast<std::ptrdiff_t>(y) * mixed.Step;
+    for (int x = 0; x < mixed.Width; ++x) out[x] = static_cast<unsigned char>((a[x] * (256 - weight) + b[x] * weight) >> 8);
   }
 }
 
@@ -63,6 +76,10 @@ void preparePicture(const ScanTask& task, std::mt19937& random, TIppiImage& imag
     return;
   }
   if (kind < 0.15) invert(image);
+  if (task.other != nullptr) {
+    blend(image, *task.other->gray, uniform(random, 0.25, 0.6), changed);
+    image.Assign(changed);
+  }
   if (random() % 2 == 0) ippiMirror_8u_C1IR(image.Pixels, image.Step, image.RoiSize, ippAxsVertical);
   if (random() % 4 == 0) return;
   image.Rotate(changed, random() % 2 == 0 ? 90.0 * static_cast<double>(1 + random() % 3) : uniform(random, -45.0, 45.0));
@@ -74,6 +91,8 @@ std::vector<Window> runTask(const TIppiFaceDetector& detector, const ScanTask& t
   TIppiImage image;
   bool faceStays = false;
   preparePicture(task, random, image, faceStays);
+  if (random() % 5 == 0) flatten(image, uniform(random, 0.3, 0.9));
+  if (random() % 3 == 0) addNoise(image, uniform(random, 1.0, 12.0), random);
   const float scale = static_cast<float>(std::exp(uniform(random, std::log(0.7), std::log(1.3))));
   std::vector<Window> kept;
   std::size_t seen = 0;
@@ -104,6 +123,7 @@ std::vector<Window> mineNegatives(const TIppiFaceDetector& detector, std::vector
       task.portrait = uniform(random, 0.0, 1.0) < plan.portraitShare;
       std::vector<TrainingPicture>& pool = task.portrait ? portraits : backgrounds;
       task.picture = &pool[random() % pool.size()];
+      task.other = random() % 3 == 0 ? &backgrounds[random() % backgrounds.size()] : nullptr;
       task.seed = static_cast<std::uint32_t>(random());
     }
     std::vector<std::vector<Window>> results(tasks.size());

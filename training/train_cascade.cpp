@@ -110,7 +110,7 @@ void keepPassing(const Cascade& cascade, int firstStage, std::vector<Window>& wi
 
 class Training {
  public:
-  explicit Training(const Options& options) : options_(options), features_(allHaarFeatures(12)), table_(features_) {
+  explicit Training(const Options& options) : options_(options), features_(allCandidateFeatures(12)), table_(features_) {
     backgrounds_ = loadBackgrounds(options.data + "/background");
     portraits_ = loadPortraits(options.data + "/faces");
     positives_ = makePositives(portraits_, options);
@@ -182,7 +182,7 @@ class Training {
   }
 
   Options options_;
-  std::vector<HaarFeature> features_;
+  std::vector<CandidateFeature> features_;
   FeatureTable table_;
   std::vector<TrainingPicture> backgrounds_;
   std::vector<TrainingPicture> portraits_;

@@ -42,16 +42,6 @@ StoredPoint rotated(StoredPoint p, const TIppiImage& image, double angle) {
   return {cu + du * std::cos(a) + dv * std::sin(a), cv - du * std::sin(a) + dv * std::cos(a)};
 }
 
-void addNoise(TIppiImage& image, double deviation, std::mt19937& random) {
-  std::normal_distribution<float> normal(0.0f, static_cast<float>(deviation));
-  for (int y = 0; y < image.Height; ++y) {
-    unsigned char* row = image.Pixels + static_cast<std::ptrdiff_t>(y) * image.Step;
-    for (int x = 0; x < image.Width; ++x) {
-      row[x] = static_cast<unsigned char>(std::clamp(std::lrint(static_cast<float>(row[x]) + normal(random)), 0L, 255L));
-    }
-  }
-}
-
 void mirror(Window& window) {
   for (int y = 0; y < kWindowSide; ++y) {
     std::reverse(window.begin() + y * kWindowSide, window.begin() + (y + 1) * kWindowSide);
@@ -80,7 +70,25 @@ double drawWorkingSide(std::mt19937& random) {
   return std::exp(uniform(random, std::log(20.0), std::log(120.0)));
 }
 
+template <typename Change>
+void changePixels(TIppiImage& image, Change change) {
+  for (int y = 0; y < image.Height; ++y) {
+    unsigned char* row = image.Pixels + static_cast<std::ptrdiff_t>(y) * image.Step;
+    for (int x = 0; x < image.Width; ++x) row[x] = static_cast<unsigned char>(std::clamp(std::lrint(change(row[x])), 0L, 255L));
+  }
+}
+
 }  // namespace
+
+void addNoise(TIppiImage& gray, double deviation, std::mt19937& random) {
+  std::normal_distribution<float> normal(0.0f, static_cast<float>(deviation));
+  changePixels(gray, [&](unsigned char pixel) { return static_cast<float>(pixel) + normal(random); });
+}
+
+void flatten(TIppiImage& gray, double factor) {
+  const float f = static_cast<float>(factor);
+  changePixels(gray, [&](unsigned char pixel) { return 128.0f + f * (static_cast<float>(pixel) - 128.0f); });
+}
 
 std::unique_ptr<TIppiImage> loadGray(const std::string& file) {
   TIppiImage colour(imRGB24);
@@ -115,7 +123,8 @@ bool makeFaceWindow(TrainingPicture& picture, const FaceJitter& jitter, std::mt1
   const double toWork = side / picture.face.w;
   crop.Resize(work, toWork);
   centre = {centre.u * toWork, centre.v * toWork};
-  if (uniform(random, 0.0, 1.0) < 0.4) addNoise(work, uniform(random, 1.0, 9.0), random);
+  if (uniform(random, 0.0, 1.0) < 0.25) flatten(work, uniform(random, 0.3, 0.9));
+  if (uniform(random, 0.0, 1.0) < 0.45) addNoise(work, uniform(random, 1.0, 12.0), random);
 
   // Photos that already lie close enough are left unturned in half of the copies: turning softens them.
   const bool closeEnough = std::abs(picture.face.roll * (mirrored ? -1.0 : 1.0) - jitter.turnMean) < 7.0;

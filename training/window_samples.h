@@ -38,6 +38,12 @@ struct FaceJitter {
   double shiftDown = 0.0;
 };
 
+// Gaussian noise of this deviation, in gray levels.
+void addNoise(TIppiImage& gray, double deviation, std::mt19937& random);
+
+// Contrast about middle gray times `factor`: a flat print, whose gray levels are few.
+void flatten(TIppiImage& gray, double factor);
+
 // One jittered window of the picture's face: working size, turn, scale, place, mirror, light, noise. False when the
 // window does not lie inside the picture's extended crop.
 bool makeFaceWindow(TrainingPicture& picture, const FaceJitter& jitter, std::mt19937& random, Window& window);
