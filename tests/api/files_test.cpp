@@ -1,0 +1,206 @@
+// Loading from and saving to files, and loading from compressed buffers.
+#include <cstdlib>
+#include <filesystem>
+
+#include "library_fixture.h"
+
+namespace {
+
+using Files = LibraryTest;
+
+// Means of the differences of two pictures of one size.
+double meanDifference(const TPicture& a, const TPicture& b) {
+  EXPECT_EQ(a.pixels.size(), b.pixels.size());
+  double sum = 0;
+  for (std::size_t i = 0; i < a.pixels.size(); ++i) sum += std::abs(a.pixels[i] - b.pixels[i]);
+  return sum / static_cast<double>(a.pixels.size());
+}
+
+// Smooth, so that JPEG keeps it.
+TPicture slope(int width, int height) {
+  TPicture picture = PlainPicture(width, height, 3, 0);
+  for (std::size_t i = 0; i < picture.pixels.size(); ++i) {
+    const std::size_t pixel = i / 3, x = pixel % static_cast<std::size_t>(width);
+    picture.pixels[i] = static_cast<unsigned char>(i % 3 == 0 ? 4 * x : i % 3 == 1 ? 200 - 3 * x : 90);
+  }
+  return picture;
+}
+
+std::string saved(const TPicture& picture, const std::string& name) {
+  const std::string path = TemporaryPath(name);
+  const HImage image = ImageOf(picture);
+  EXPECT_EQ(VIZL_SaveImageToFile(image, path.c_str()), VIZLE_OK);
+  EXPECT_EQ(VIZL_FreeImage(image), VIZLE_OK);
+  return path;
+}
+
+bool startsWith(const std::string& path, std::initializer_list<int> bytes) {
+  const std::vector<unsigned char> content = FileContent(path);
+  return content.size() > bytes.size() && std::equal(bytes.begin(), bytes.end(), content.begin());
+}
+
+bool isJpeg(const std::string& path) { return startsWith(path, {0xFF, 0xD8, 0xFF}); }
+bool isPng(const std::string& path) { return startsWith(path, {0x89, 'P', 'N', 'G'}); }
+bool isBmp(const std::string& path) { return startsWith(path, {'B', 'M'}); }
+
+TEST_F(Files, LosslessFormatsGiveThePictureBack) {
+  const TPicture picture = RandomPicture(37, 21, 3);
+  for (const char* name : {"a.png", "A.PNG", "a.bmp", "a.BMP"}) {
+    const std::string path = saved(picture, name);
+    HImage image;
+    ASSERT_EQ(VIZL_LoadImageFromFile(&image, path.c_str()), VIZLE_OK) << name;
+    EXPECT_TRUE(PictureOf(image, 3) == picture) << name;
+  }
+}
+
+TEST_F(Files, EveryJpegNameLoads) {
+  const TPicture picture = slope(48, 32);
+  for (const char* name : {"a.jpg", "a.JPG", "a.jpe", "a.jpeg", "a.JFIF", "photojpg"}) {
+    const std::string path = saved(picture, name);
+    EXPECT_TRUE(isJpeg(path)) << name;
+    HImage image;
+    ASSERT_EQ(VIZL_LoadImageFromFile(&image, path.c_str()), VIZLE_OK) << name;
+    EXPECT_LT(meanDifference(PictureOf(image, 3), picture), 4) << name;
+  }
+}
+
+TEST_F(Files, TheNameRulesTheFormatOfASavedFile) {
+  const TPicture picture = slope(20, 20);
+  EXPECT_TRUE(isPng(saved(picture, "out.Png")));
+  EXPECT_TRUE(isBmp(saved(picture, "outbmp")));
+  for (const char* name : {"out.tif", "out", "out.png.out"}) EXPECT_TRUE(isJpeg(saved(picture, name))) << name;
+}
+
+TEST_F(Files, AlphaIsKeptOnlyWhereItIsAskedFor) {
+  const TPicture picture = RandomPicture(9, 7, 4);
+  const std::string png = saved(picture, "alpha.png"), bmp = saved(picture, "alpha.bmp"),
+                    jpg = saved(picture, "alpha.jpg");
+  HImage image;
+  ASSERT_EQ(VIZL_LoadImageFromFileWithAlpha(&image, png.c_str()), VIZLE_OK);
+  EXPECT_TRUE(PictureOf(image, 4) == picture);
+  ASSERT_EQ(VIZL_LoadImageFromFile(&image, png.c_str()), VIZLE_OK);
+  TPicture opaque = picture;
+  for (std::size_t i = 3; i < opaque.pixels.size(); i += 4) opaque.pixels[i] = 255;
+  EXPECT_TRUE(PictureOf(image, 4) == opaque);
+  for (const std::string& path : {bmp, jpg}) {
+    ASSERT_EQ(VIZL_LoadImageFromFileWithAlpha(&image, path.c_str()), VIZLE_OK);
+    unsigned char* data;
+    int width, height, scanLine;
+    VIZL_IMAGEMODE mode;
+    ASSERT_EQ(VIZL_GetImageData(image, &data, &width, &height, &scanLine, &mode), VIZLE_OK);
+    EXPECT_EQ(mode, VIZL_IMAGE_COLOR32);
+    EXPECT_EQ(PictureOf(image, 4).at(4, 4)[3], 255);
+  }
+}
+
+TEST_F(Files, CompressedBuffersLoadLikeTheirFiles) {
+  const auto png = FileContent(saved(RandomPicture(9, 7, 4), "buffer.png"));
+  const auto jpg = FileContent(saved(slope(40, 24), "buffer.jpg"));
+  const auto pngSize = static_cast<unsigned>(png.size()), jpgSize = static_cast<unsigned>(jpg.size());
+  HImage image;
+  ASSERT_EQ(VIZL_LoadImageFromPngBufferWithAlpha(&image, png.data(), pngSize), VIZLE_OK);
+  EXPECT_TRUE(PictureOf(image, 4) == RandomPicture(9, 7, 4));
+  ASSERT_EQ(VIZL_LoadImageFromPngBuffer(&image, png.data(), pngSize), VIZLE_OK);
+  EXPECT_EQ(WidthOf(image), 9);
+  ASSERT_EQ(VIZL_LoadImageFromJpegBuffer(&image, jpg.data(), jpgSize), VIZLE_OK);
+  HImage fromFile;
+  ASSERT_EQ(VIZL_LoadImageFromFile(&fromFile, saved(slope(40, 24), "again.jpg").c_str()), VIZLE_OK);
+  EXPECT_TRUE(PictureOf(image, 3) == PictureOf(fromFile, 3));
+}
+
+TEST_F(Files, ABufferThatIsNoPictureKeepsTheHandle) {
+  const unsigned char bytes[16] = {1, 2, 3};
+  HImage expected = 0;
+  for (auto load : {VIZL_LoadImageFromJpegBuffer, VIZL_LoadImageFromPngBuffer, VIZL_LoadImageFromPngBufferWithAlpha}) {
+    for (unsigned size : {0u, 1u, 16u}) {
+      HImage image = 77;
+      EXPECT_EQ(load(&image, bytes, size), VIZLE_IMAGE_IO_FAILED) << size;
+      EXPECT_EQ(image, expected++);
+      EXPECT_TRUE(IsValid(image));
+    }
+    HImage image = 77;
+    EXPECT_EQ(load(&image, bytes, 0x80000000u), VIZLE_IMAGE_IO_FAILED) << "more than a signed size holds";
+    EXPECT_EQ(image, expected++);
+  }
+}
+
+TEST_F(Files, ChecksOfALoadComeInTheirOrder) {
+  const std::string missing = TemporaryPath("missing.tif");
+  HImage image = 77;
+  EXPECT_EQ(VIZL_LoadImageFromFile(&image, missing.c_str()), VIZLE_CANNOT_OPEN_FILE);
+  EXPECT_EQ(VIZL_LoadImageFromFile(nullptr, missing.c_str()), VIZLE_CANNOT_OPEN_FILE);
+  EXPECT_EQ(VIZL_LoadImageFromFile(&image, ""), VIZLE_CANNOT_OPEN_FILE);
+  EXPECT_EQ(image, 77u) << "no handle yet";
+
+  const std::string other = TemporaryPath("other.tif");
+  WriteFile(other, {1, 2, 3});
+  EXPECT_EQ(VIZL_LoadImageFromFile(nullptr, other.c_str()), VIZLE_INVALID_ARGUMENT);
+  EXPECT_EQ(VIZL_LoadImageFromFile(&image, other.c_str()), VIZLE_UNKNOWN_EXTENSION);
+  EXPECT_EQ(image, 0u);
+  EXPECT_EQ(WidthOf(image), 0);
+
+  HImage expected = 1;
+  for (const char* name : {"bad.png", "bad.jpg", "bad.bmp"}) {
+    for (const std::vector<unsigned char>& content : {std::vector<unsigned char>{}, {'B', 'M', 0xFF, 0xD8, 1, 2}}) {
+      const std::string path = TemporaryPath(name);
+      WriteFile(path, content);
+      for (auto load : {VIZL_LoadImageFromFile, VIZL_LoadImageFromFileWithAlpha}) {
+        EXPECT_EQ(load(&image, path.c_str()), VIZLE_BAD_IMAGE_FILE) << name;
+        EXPECT_EQ(image, expected++) << "a failed load keeps its handle";
+        EXPECT_TRUE(IsValid(image));
+      }
+    }
+  }
+  EXPECT_EQ(EmptyImage(), expected);
+}
+
+TEST_F(Files, AFolderOpensForReadingButNotForWriting) {
+  const std::string folder = TemporaryPath("folder.png");
+  std::filesystem::create_directories(folder);
+  HImage image;
+  EXPECT_EQ(VIZL_LoadImageFromFile(&image, folder.c_str()), VIZLE_BAD_IMAGE_FILE);
+  EXPECT_EQ(VIZL_SaveImageToFile(ImageOf(RandomPicture(5, 5, 3)), folder.c_str()), VIZLE_CANNOT_CREATE_FILE);
+}
+
+TEST_F(Files, ChecksOfASaveComeInTheirOrder) {
+  const std::string nowhere = TemporaryPath("no_folder") + "/a.png";
+  EXPECT_EQ(VIZL_SaveImageToFile(99, nowhere.c_str()), VIZLE_CANNOT_CREATE_FILE);
+  const std::string path = TemporaryPath("old.png");
+  WriteFile(path, {1, 2, 3});
+  EXPECT_EQ(VIZL_SaveImageToFile(99, path.c_str()), VIZLE_INVALID_ARGUMENT);
+  EXPECT_TRUE(FileExists(path));
+  EXPECT_TRUE(FileContent(path).empty()) << "emptied before the handle is looked at";
+}
+
+TEST_F(Files, AnEmptyImageHasAPictureOnlyAsBmp) {
+  const HImage image = EmptyImage();
+  EXPECT_EQ(VIZL_SaveImageToFile(image, TemporaryPath("empty.png").c_str()), VIZLE_IMAGE_IO_FAILED);
+  EXPECT_EQ(VIZL_SaveImageToFile(image, TemporaryPath("empty.jpg").c_str()), VIZLE_IMAGE_IO_FAILED);
+  const std::string path = TemporaryPath("empty.bmp");
+  EXPECT_EQ(VIZL_SaveImageToFile(image, path.c_str()), VIZLE_OK);
+  HImage loaded;
+  ASSERT_EQ(VIZL_LoadImageFromFile(&loaded, path.c_str()), VIZLE_OK);
+  EXPECT_TRUE(PictureOf(loaded, 3) == PlainPicture(1, 1, 3, 255));
+}
+
+TEST_F(Files, AJpegTakesTheQualityOfItsContext) {
+  const HImage image = ImageOf(RandomPicture(64, 64, 3));
+  ContextID context;
+  ASSERT_EQ(VIZL_CreateContext_ID(&context), VIZLE_OK);
+  const auto sizeWith = [&](ContextID id) {
+    const std::string path = TemporaryPath("quality.jpg");
+    EXPECT_EQ(VIZL_SaveImageToFile_C(image, path.c_str(), id), VIZLE_OK);
+    return FileContent(path).size();
+  };
+  const std::size_t byDefault = sizeWith(0);
+  EXPECT_EQ(sizeWith(context), byDefault);
+  EXPECT_EQ(sizeWith(987), byDefault) << "an unknown context means 90 too";
+  ASSERT_EQ(VIZL_SetJpegCompressionQuality_C(10, context), VIZLE_OK);
+  EXPECT_LT(2 * sizeWith(context), byDefault);
+  ASSERT_EQ(VIZL_SetJpegCompressionQuality(100), VIZLE_OK);
+  EXPECT_GT(sizeWith(0), byDefault);
+  EXPECT_EQ(sizeWith(987), byDefault);
+  EXPECT_EQ(VIZL_FreeContext_ID(context), VIZLE_OK);
+}
+
+}  // namespace

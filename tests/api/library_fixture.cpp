@@ -1,0 +1,161 @@
+#include "library_fixture.h"
+
+#include <unistd.h>
+
+#include <bit>
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+#include <iterator>
+#include <random>
+
+#include "detect/TIppiFaceDetector.h"
+
+namespace {
+
+void restoreSettings() {
+  EXPECT_EQ(VIZL_SetFaceDetectionParameters(true, true, 384), VIZLE_OK);
+  EXPECT_EQ(VIZL_SetFaceDetectionThreshold(3), VIZLE_OK);
+  EXPECT_EQ(VIZL_SetJpegCompressionQuality(90), VIZLE_OK);
+  EXPECT_EQ(pcSetFaceScale(1), VIZLE_OK);
+  EXPECT_EQ(pcSetFaceShift(0, 0), VIZLE_OK);
+}
+
+void append(std::vector<unsigned char>& stream, std::uint32_t word) {
+  for (int shift = 0; shift < 32; shift += 8) stream.push_back(static_cast<unsigned char>(word >> shift));
+}
+
+void append(std::vector<unsigned char>& stream, std::initializer_list<int> words) {
+  for (int word : words) append(stream, static_cast<std::uint32_t>(word));
+}
+
+void append(std::vector<unsigned char>& stream, float value) { append(stream, std::bit_cast<std::uint32_t>(value)); }
+
+// One stage with one classifier on a window of 20 by 20: the middle 8 by 8 pixels against the 16 by 16 around them, as
+// a value that is the more negative the brighter the middle is. A disc that fills the middle gives about -1.29
+// standard deviations, and a flat window 0, which must not pass.
+std::vector<unsigned char> discCascade() {
+  std::vector<unsigned char> stream;
+  append(stream, {20, 20, 1, 1, 2});
+  append(stream, {1});
+  append(stream, 0.5f);
+  append(stream, {2, 2, 2, 16, 16});
+  append(stream, 1.0f);
+  append(stream, {6, 6, 8, 8});
+  append(stream, -4.0f);
+  append(stream, -1.1f);
+  append(stream, 1.0f);
+  append(stream, 0.0f);
+  return stream;
+}
+
+}  // namespace
+
+void LibraryTest::SetUp() {
+  ASSERT_EQ(VIZL_Initialize(nullptr), VIZLE_OK);
+  restoreSettings();
+}
+
+void LibraryTest::TearDown() {
+  restoreSettings();
+  EXPECT_EQ(VIZL_Finalize(), VIZLE_OK);
+}
+
+bool operator==(const TPicture& a, const TPicture& b) {
+  return a.width == b.width && a.height == b.height && a.channels == b.channels && a.pixels == b.pixels;
+}
+
+TPicture PlainPicture(int width, int height, int channels, unsigned char value) {
+  const auto size =
+      static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * static_cast<std::size_t>(channels);
+  return {width, height, channels, std::vector<unsigned char>(size, value)};
+}
+
+TPicture RandomPicture(int width, int height, int channels, unsigned seed) {
+  std::mt19937 random(seed);
+  TPicture picture = PlainPicture(width, height, channels, 0);
+  for (unsigned char& byte : picture.pixels) byte = static_cast<unsigned char>(random());
+  return picture;
+}
+
+TPicture DiscPicture(int width, int height, int xCentre, int yCentre, int diameter) {
+  TPicture picture = PlainPicture(width, height, 3, 0);
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const int dx = x - xCentre, dy = y - yCentre;
+      if (4 * (dx * dx + dy * dy) > diameter * diameter) continue;
+      const std::size_t first =
+          (static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)) * 3;
+      // A slope, since on an even ground rounding alone decides what the detector says.
+      for (std::size_t k = 0; k < 3; ++k)
+        picture.pixels[first + k] = static_cast<unsigned char>(200 + 100 * dx / diameter);
+    }
+  }
+  return picture;
+}
+
+HImage EmptyImage() {
+  HImage image = 0;
+  EXPECT_EQ(VIZL_CreateEmptyImage(&image), VIZLE_OK);
+  return image;
+}
+
+HImage ImageOf(const TPicture& picture) {
+  HImage image = 0;
+  EXPECT_EQ(VIZL_LoadImageFromBuffer(&image, picture.pixels.data(), picture.width, picture.height,
+                                     picture.width * picture.channels, picture.mode()),
+            VIZLE_OK);
+  return image;
+}
+
+TPicture PictureOf(HImage image, int channels) {
+  TPicture picture = PlainPicture(WidthOf(image), HeightOf(image), channels, 0);
+  // A buffer of no bytes may have no address, which the call would refuse.
+  if (!picture.pixels.empty()) {
+    EXPECT_EQ(VIZL_SaveImageToBuffer(image, picture.pixels.data(), picture.mode()), VIZLE_OK);
+  }
+  return picture;
+}
+
+int WidthOf(HImage image) {
+  int width = -1;
+  EXPECT_EQ(VIZL_GetImageWidth(image, &width), VIZLE_OK);
+  return width;
+}
+
+int HeightOf(HImage image) {
+  int height = -1;
+  EXPECT_EQ(VIZL_GetImageHeight(image, &height), VIZLE_OK);
+  return height;
+}
+
+bool IsValid(HImage image) {
+  int width;
+  return VIZL_GetImageWidth(image, &width) == VIZLE_OK;
+}
+
+void UseDiscDetector() {
+  const std::vector<unsigned char> stream = discCascade();
+  delete IppiFaceDetector;
+  IppiFaceDetector = new TIppiFaceDetector(stream.data(), static_cast<unsigned>(stream.size()));
+}
+
+std::string TemporaryPath(const std::string& name) {
+  const auto folder = std::filesystem::path(testing::TempDir()) / ("portraitcut_" + std::to_string(getpid()));
+  std::filesystem::create_directories(folder);
+  const std::filesystem::path path = folder / name;
+  std::filesystem::remove_all(path);
+  return path.string();
+}
+
+std::vector<unsigned char> FileContent(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+bool FileExists(const std::string& path) { return std::filesystem::exists(path); }
+
+void WriteFile(const std::string& path, const std::vector<unsigned char>& content) {
+  std::ofstream file(path, std::ios::binary);
+  for (unsigned char byte : content) file.put(static_cast<char>(byte));
+}
