@@ -43,23 +43,24 @@ __m256i packGray(const __m256i* sums) {
 
 __m256i mul16(__m256i u, __m256i v) {
   const __m256i t = _mm256_mullo_epi16(u, v);
-  return _mm256_srli_epi16(_mm256_add_epi16(_mm256_add_epi16(t, _mm256_srli_epi16(t, 8)), _mm256_set1_epi16(1)), 8);
+  return _mm256_mulhi_epu16(_mm256_add_epi16(t, _mm256_set1_epi16(1)), _mm256_set1_epi16(257));
 }
 
-__m256i mulBytes(__m256i u, __m256i v) {
-  const __m256i zero = _mm256_setzero_si256();
-  return _mm256_packus_epi16(mul16(_mm256_unpacklo_epi8(u, zero), _mm256_unpacklo_epi8(v, zero)),
-                             mul16(_mm256_unpackhi_epi8(u, zero), _mm256_unpackhi_epi8(v, zero)));
+__m256i blend16(__m256i factorA, __m256i a, __m256i rest, __m256i factorB, __m256i b) {
+  return _mm256_add_epi16(mul16(factorA, a), mul16(rest, mul16(factorB, b)));
 }
+
+__m256i low16(__m256i bytes) { return _mm256_unpacklo_epi8(bytes, _mm256_setzero_si256()); }
+__m256i high16(__m256i bytes) { return _mm256_unpackhi_epi8(bytes, _mm256_setzero_si256()); }
 
 // As at the SSE4.1 level.
 __m256i over(__m256i a, __m256i b) {
   const __m256i toAll = bothHalves(_mm_setr_epi8(3, 3, 3, 3, 7, 7, 7, 7, 11, 11, 11, 11, 15, 15, 15, 15));
   const __m256i alphaA = _mm256_shuffle_epi8(a, toAll), alphaB = _mm256_shuffle_epi8(b, toAll);
   const __m256i rest = _mm256_xor_si256(alphaA, _mm256_set1_epi8(-1));
-  const __m256i front = mulBytes(_mm256_or_si256(alphaA, alphaMask()), a);
-  const __m256i back = mulBytes(_mm256_or_si256(alphaB, alphaMask()), b);
-  return _mm256_adds_epu8(front, mulBytes(rest, back));
+  const __m256i factorA = _mm256_or_si256(alphaA, alphaMask()), factorB = _mm256_or_si256(alphaB, alphaMask());
+  return _mm256_packus_epi16(blend16(low16(factorA), low16(a), low16(rest), low16(factorB), low16(b)),
+                             blend16(high16(factorA), high16(a), high16(rest), high16(factorB), high16(b)));
 }
 
 void copyAC4C3(const Ipp8u* src, Ipp8u* dst, std::size_t count) {

@@ -38,6 +38,18 @@ unsigned mul(unsigned u, unsigned v) {
 
 Ipp8u saturated(unsigned v) { return static_cast<Ipp8u>(v < 255 ? v : 255); }
 
+void convert8u32f(const Ipp8u* src, Ipp32f* dst, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) dst[i] = static_cast<Ipp32f>(src[i]);
+}
+
+void exchange(Ipp8u* __restrict a, Ipp8u* __restrict b, std::size_t bytes) {
+  for (std::size_t i = 0; i < bytes; ++i) {
+    const Ipp8u held = a[i];
+    a[i] = b[i];
+    b[i] = held;
+  }
+}
+
 }  // namespace
 
 namespace pixel_base {
@@ -76,10 +88,6 @@ void replicateC4(const Ipp8u* src, Ipp8u* dst, std::size_t count) {
   }
 }
 
-void convert8u32f(const Ipp8u* src, Ipp32f* dst, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) dst[i] = static_cast<Ipp32f>(src[i]);
-}
-
 void setC4C(Ipp8u value, Ipp8u* dst, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) dst[4 * i] = value;
 }
@@ -95,14 +103,6 @@ void swapC4(const Ipp8u* src, Ipp8u* dst, std::size_t count, const int* order) {
   for (std::size_t i = 0; i < count; ++i, src += 4, dst += 4) {
     const Ipp8u pixel[4] = {src[0], src[1], src[2], src[3]};
     for (int k = 0; k < 4; ++k) dst[k] = pixel[order[k]];
-  }
-}
-
-void exchange(Ipp8u* __restrict a, Ipp8u* __restrict b, std::size_t bytes) {
-  for (std::size_t i = 0; i < bytes; ++i) {
-    const Ipp8u held = a[i];
-    a[i] = b[i];
-    b[i] = held;
   }
 }
 
@@ -130,10 +130,6 @@ void transposeC3(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSiz
   transpose<3>(src, srcStep, dst, dstStep, size);
 }
 
-void transposeC4(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize size) {
-  transpose<4>(src, srcStep, dst, dstStep, size);
-}
-
 void grayC3(const Ipp8u* src, Ipp8u* dst, std::size_t count, const int* weights) { gray<3>(src, dst, count, weights); }
 
 void grayAC4(const Ipp8u* src, Ipp8u* dst, std::size_t count, const int* weights) { gray<4>(src, dst, count, weights); }
@@ -155,18 +151,18 @@ void fillPixelKernelsBase(PixelKernels& table) {
   table.copyC1C4 = pixel_base::copyC1C4;
   table.replicateC3 = pixel_base::replicateC3;
   table.replicateC4 = pixel_base::replicateC4;
-  table.convert8u32f = pixel_base::convert8u32f;
+  table.convert8u32f = convert8u32f;
   table.setC4C = pixel_base::setC4C;
   table.swapC3 = pixel_base::swapC3;
   table.swapC4 = pixel_base::swapC4;
-  table.exchange = pixel_base::exchange;
+  table.exchange = exchange;
   table.exchangeAC4 = pixel_base::exchangeAC4;
   table.reverseC1 = pixel_base::reverseC1;
   table.reverseC3 = pixel_base::reverseC3;
   table.reverseC4 = pixel_base::reverseC4;
   table.transposeC1 = pixel_base::transposeC1;
   table.transposeC3 = pixel_base::transposeC3;
-  table.transposeC4 = pixel_base::transposeC4;
+  table.transposeC4 = transpose<4>;
   table.grayC3 = pixel_base::grayC3;
   table.grayAC4 = pixel_base::grayAC4;
   table.alphaOver = pixel_base::alphaOver;

@@ -98,13 +98,6 @@ void transposeBlockC3(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep) {
   for (int y = 0; y < 4; ++y) store12(pixelAt(dst, dstStep, 0, y, 3), _mm_shuffle_epi8(q.row[y], gather()));
 }
 
-void transposeBlockC4(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep) {
-  Quad q;
-  for (int y = 0; y < 4; ++y) q.row[y] = load(pixelAt(src, srcStep, 0, y, 4));
-  q = transposed(q);
-  for (int y = 0; y < 4; ++y) store(pixelAt(dst, dstStep, 0, y, 4), q.row[y]);
-}
-
 // Whole blocks, then the columns to their right and the rows below by the portable loop.
 template <int channels, int side>
 void transposeTile(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize size, TransposeTile plain,
@@ -130,26 +123,29 @@ __m128i packGray(const __m128i* sums) {
   return _mm_packus_epi16(low, high);
 }
 
-// mul(u, v) of the portable level on sixteen-bit lanes; no step passes 65,535.
+// mul(u, v) of the portable level on sixteen-bit lanes: (t + (t >> 8) + 1) >> 8 is (t + 1) * 257 >> 16 for
+// every product t of two bytes.
 __m128i mul16(__m128i u, __m128i v) {
   const __m128i t = _mm_mullo_epi16(u, v);
-  return _mm_srli_epi16(_mm_add_epi16(_mm_add_epi16(t, _mm_srli_epi16(t, 8)), _mm_set1_epi16(1)), 8);
+  return _mm_mulhi_epu16(_mm_add_epi16(t, _mm_set1_epi16(1)), _mm_set1_epi16(257));
 }
 
-__m128i mulBytes(__m128i u, __m128i v) {
-  const __m128i zero = _mm_setzero_si128();
-  return _mm_packus_epi16(mul16(_mm_unpacklo_epi8(u, zero), _mm_unpacklo_epi8(v, zero)),
-                          mul16(_mm_unpackhi_epi8(u, zero), _mm_unpackhi_epi8(v, zero)));
+// Both products of a channel and their sum, at most 510, before bytes saturate.
+__m128i blend16(__m128i factorA, __m128i a, __m128i rest, __m128i factorB, __m128i b) {
+  return _mm_add_epi16(mul16(factorA, a), mul16(rest, mul16(factorB, b)));
 }
+
+__m128i low16(__m128i bytes) { return _mm_unpacklo_epi8(bytes, _mm_setzero_si128()); }
+__m128i high16(__m128i bytes) { return _mm_unpackhi_epi8(bytes, _mm_setzero_si128()); }
 
 // Alpha takes part as a fourth channel whose own factor is 255, which multiplies exactly.
 __m128i over(__m128i a, __m128i b) {
   const __m128i toAll = _mm_setr_epi8(3, 3, 3, 3, 7, 7, 7, 7, 11, 11, 11, 11, 15, 15, 15, 15);
   const __m128i alphaA = _mm_shuffle_epi8(a, toAll), alphaB = _mm_shuffle_epi8(b, toAll);
   const __m128i rest = _mm_xor_si128(alphaA, _mm_set1_epi8(-1));
-  const __m128i front = mulBytes(_mm_or_si128(alphaA, alphaMask()), a);
-  const __m128i back = mulBytes(_mm_or_si128(alphaB, alphaMask()), b);
-  return _mm_adds_epu8(front, mulBytes(rest, back));
+  const __m128i factorA = _mm_or_si128(alphaA, alphaMask()), factorB = _mm_or_si128(alphaB, alphaMask());
+  return _mm_packus_epi16(blend16(low16(factorA), low16(a), low16(rest), low16(factorB), low16(b)),
+                          blend16(high16(factorA), high16(a), high16(rest), high16(factorB), high16(b)));
 }
 
 }  // namespace
@@ -227,16 +223,6 @@ void replicateC4(const Ipp8u* src, Ipp8u* dst, std::size_t count) {
   pixel_base::replicateC4(src + i, dst + 4 * i, count - i);
 }
 
-void convert8u32f(const Ipp8u* src, Ipp32f* dst, std::size_t count) {
-  std::size_t i = 0;
-  for (; i + 4 <= count; i += 4) {
-    int four;
-    std::memcpy(&four, src + i, 4);
-    _mm_storeu_ps(dst + i, _mm_cvtepi32_ps(_mm_cvtepu8_epi32(_mm_cvtsi32_si128(four))));
-  }
-  pixel_base::convert8u32f(src + i, dst + i, count - i);
-}
-
 // See copyC1C4.
 void setC4C(Ipp8u value, Ipp8u* dst, std::size_t count) {
   const __m128i others = _mm_set1_epi32(static_cast<int>(0xffffff00u)), values = _mm_set1_epi32(value);
@@ -299,10 +285,6 @@ void transposeC3(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSiz
   transposeTile<3, 4>(src, srcStep, dst, dstStep, size, pixel_base::transposeC3, transposeBlockC3);
 }
 
-void transposeC4(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize size) {
-  transposeTile<4, 4>(src, srcStep, dst, dstStep, size, pixel_base::transposeC4, transposeBlockC4);
-}
-
 void grayC3(const Ipp8u* src, Ipp8u* dst, std::size_t count, const int* weights) {
   const __m128i take01 = _mm_setr_epi8(0, -1, 1, -1, 3, -1, 4, -1, 6, -1, 7, -1, 9, -1, 10, -1);
   const __m128i take2 = _mm_setr_epi8(2, -1, -1, -1, 5, -1, -1, -1, 8, -1, -1, -1, 11, -1, -1, -1);
@@ -350,7 +332,6 @@ void fillPixelKernelsSse41(PixelKernels& table) {
   table.copyC1C4 = pixel_sse41::copyC1C4;
   table.replicateC3 = pixel_sse41::replicateC3;
   table.replicateC4 = pixel_sse41::replicateC4;
-  table.convert8u32f = pixel_sse41::convert8u32f;
   table.setC4C = pixel_sse41::setC4C;
   table.swapC3 = pixel_sse41::swapC3;
   table.swapC4 = pixel_sse41::swapC4;
@@ -360,7 +341,6 @@ void fillPixelKernelsSse41(PixelKernels& table) {
   table.reverseC4 = pixel_sse41::reverseC4;
   table.transposeC1 = pixel_sse41::transposeC1;
   table.transposeC3 = pixel_sse41::transposeC3;
-  table.transposeC4 = pixel_sse41::transposeC4;
   table.grayC3 = pixel_sse41::grayC3;
   table.grayAC4 = pixel_sse41::grayAC4;
   table.alphaOver = pixel_sse41::alphaOver;

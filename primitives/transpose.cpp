@@ -6,8 +6,9 @@
 
 namespace {
 
-// Side of a tile in pixels: its source and destination lines stay in the first cache together.
-constexpr int kTile = 32;
+// Side of a tile in pixels. Of 16, 32, 64 and 128, the fastest on twelve megapixels of one channel and close
+// to the fastest for three and four.
+constexpr int kTile = 64;
 
 IppStatus transpose(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize roi, int channels,
                     TransposeTile tile) {

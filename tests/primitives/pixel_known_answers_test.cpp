@@ -116,6 +116,21 @@ TEST(AlphaComp, OpaqueClearAndHalf) {
   EXPECT_EQ(over, (Bytes{10, 20, 30, 255, 70, 62, 54, 200, 149, 149, 127, 255}));
 }
 
+// With a clear lower image a colour is its product with the upper alpha; all products of two bytes.
+TEST(AlphaComp, MultipliesBytesByTheRule) {
+  const Bytes clear(256 * 4);
+  for (unsigned alpha = 0; alpha < 256; ++alpha) {
+    Bytes upper(256 * 4, static_cast<Ipp8u>(alpha)), over(256 * 4);
+    for (std::size_t v = 0; v < 256; ++v) upper[4 * v] = static_cast<Ipp8u>(v);
+    ASSERT_EQ(ippiAlphaComp_8u_AC4R(upper.data(), 1024, clear.data(), 1024, over.data(), 1024, {256, 1}, ippAlphaOver),
+              ippStsNoErr);
+    for (unsigned v = 0; v < 256; ++v) {
+      const unsigned t = alpha * v;
+      ASSERT_EQ(over[4 * v], (t + t / 256 + 1) / 256) << alpha << " times " << v;
+    }
+  }
+}
+
 TEST(Histogram, CountsEveryGrayValueIntoItsBin) {
   const Bytes picture = {0, 0, 255, 9, 7, 255, 255, 9};
   std::array<Ipp32s, 256> histogram{};
