@@ -1,6 +1,6 @@
 #include "primitives/ippi.h"
 #include "primitives/kernels.h"
-#include "primitives/regions.h"
+#include "primitives/rows.h"
 
 IppStatus ippiAlphaComp_8u_AC4R(const Ipp8u* a, int aStep, const Ipp8u* b, int bStep, Ipp8u* dst, int dstStep,
                                 IppiSize roi, int type) {

@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "primitives/ippi.h"
-#include "primitives/regions.h"
+#include "primitives/rows.h"
 
 namespace {
 
@@ -17,8 +17,8 @@ struct Placing {
 // In 64 bits: sums of two ints from a caller may pass the end of an int.
 IppStatus checkPlacing(const Placing& at) {
   if (at.top < 0 || at.left < 0) return ippStsSizeErr;
-  const bool fits = at.dst.width >= std::int64_t{at.src.width} + at.left &&
-                    at.dst.height >= std::int64_t{at.src.height} + at.top;
+  const bool fits =
+      at.dst.width >= std::int64_t{at.src.width} + at.left && at.dst.height >= std::int64_t{at.src.height} + at.top;
   return fits ? ippStsNoErr : ippStsSizeErr;
 }
 

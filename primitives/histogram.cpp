@@ -2,7 +2,7 @@
 #include <array>
 
 #include "primitives/ippi.h"
-#include "primitives/regions.h"
+#include "primitives/rows.h"
 
 namespace {
 

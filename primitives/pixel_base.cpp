@@ -3,10 +3,10 @@
 
 namespace {
 
-template <int channels>
+template <std::size_t channels>
 void reverse(const Ipp8u* __restrict src, Ipp8u* __restrict dst, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
-    for (int k = 0; k < channels; ++k) dst[channels * i + k] = src[channels * (count - 1 - i) + k];
+    for (std::size_t k = 0; k < channels; ++k) dst[channels * i + k] = src[channels * (count - 1 - i) + k];
   }
 }
 
@@ -21,7 +21,7 @@ void transpose(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize 
   }
 }
 
-template <int stride>
+template <std::size_t stride>
 void gray(const Ipp8u* src, Ipp8u* dst, std::size_t count, const int* weights) {
   const int w0 = weights[0], w1 = weights[1], w2 = weights[2];
   for (std::size_t i = 0; i < count; ++i) {
@@ -56,19 +56,19 @@ namespace pixel_base {
 
 void copyAC4(const Ipp8u* src, Ipp8u* dst, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
-    for (int k = 0; k < 3; ++k) dst[4 * i + k] = src[4 * i + k];
+    for (std::size_t k = 0; k < 3; ++k) dst[4 * i + k] = src[4 * i + k];
   }
 }
 
 void copyAC4C3(const Ipp8u* src, Ipp8u* dst, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
-    for (int k = 0; k < 3; ++k) dst[3 * i + k] = src[4 * i + k];
+    for (std::size_t k = 0; k < 3; ++k) dst[3 * i + k] = src[4 * i + k];
   }
 }
 
 void copyC3AC4(const Ipp8u* src, Ipp8u* dst, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
-    for (int k = 0; k < 3; ++k) dst[4 * i + k] = src[3 * i + k];
+    for (std::size_t k = 0; k < 3; ++k) dst[4 * i + k] = src[3 * i + k];
   }
 }
 
@@ -78,13 +78,13 @@ void copyC1C4(const Ipp8u* src, Ipp8u* dst, std::size_t count) {
 
 void replicateC3(const Ipp8u* src, Ipp8u* dst, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
-    for (int k = 0; k < 3; ++k) dst[3 * i + k] = src[i];
+    for (std::size_t k = 0; k < 3; ++k) dst[3 * i + k] = src[i];
   }
 }
 
 void replicateC4(const Ipp8u* src, Ipp8u* dst, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
-    for (int k = 0; k < 4; ++k) dst[4 * i + k] = src[i];
+    for (std::size_t k = 0; k < 4; ++k) dst[4 * i + k] = src[i];
   }
 }
 
@@ -95,20 +95,20 @@ void setC4C(Ipp8u value, Ipp8u* dst, std::size_t count) {
 void swapC3(const Ipp8u* src, Ipp8u* dst, std::size_t count, const int* order) {
   for (std::size_t i = 0; i < count; ++i, src += 3, dst += 3) {
     const Ipp8u pixel[3] = {src[0], src[1], src[2]};
-    for (int k = 0; k < 3; ++k) dst[k] = pixel[order[k]];
+    for (std::size_t k = 0; k < 3; ++k) dst[k] = pixel[order[k]];
   }
 }
 
 void swapC4(const Ipp8u* src, Ipp8u* dst, std::size_t count, const int* order) {
   for (std::size_t i = 0; i < count; ++i, src += 4, dst += 4) {
     const Ipp8u pixel[4] = {src[0], src[1], src[2], src[3]};
-    for (int k = 0; k < 4; ++k) dst[k] = pixel[order[k]];
+    for (std::size_t k = 0; k < 4; ++k) dst[k] = pixel[order[k]];
   }
 }
 
 void exchangeAC4(Ipp8u* __restrict a, Ipp8u* __restrict b, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
-    for (int k = 0; k < 3; ++k) {
+    for (std::size_t k = 0; k < 3; ++k) {
       const Ipp8u held = a[4 * i + k];
       a[4 * i + k] = b[4 * i + k];
       b[4 * i + k] = held;
@@ -137,7 +137,7 @@ void grayAC4(const Ipp8u* src, Ipp8u* dst, std::size_t count, const int* weights
 void alphaOver(const Ipp8u* a, const Ipp8u* b, Ipp8u* dst, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i, a += 4, b += 4, dst += 4) {
     const unsigned alphaA = a[3], alphaB = b[3], rest = 255 - alphaA;
-    for (int k = 0; k < 3; ++k) dst[k] = saturated(mul(alphaA, a[k]) + mul(rest, mul(alphaB, b[k])));
+    for (std::size_t k = 0; k < 3; ++k) dst[k] = saturated(mul(alphaA, a[k]) + mul(rest, mul(alphaB, b[k])));
     dst[3] = saturated(alphaA + mul(rest, alphaB));
   }
 }

@@ -2,7 +2,7 @@
 
 #include "primitives/ippi.h"
 #include "primitives/kernels.h"
-#include "primitives/regions.h"
+#include "primitives/rows.h"
 
 IppStatus ippiSet_8u_C1R(Ipp8u value, Ipp8u* dst, int dstStep, IppiSize roi) {
   if (const IppStatus status = checkRegion(roi, dst)) return status;

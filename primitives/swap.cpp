@@ -1,6 +1,6 @@
 #include "primitives/ippi.h"
 #include "primitives/kernels.h"
-#include "primitives/regions.h"
+#include "primitives/rows.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "primitives/ippi.h"
 #include "primitives/kernels.h"
-#include "primitives/regions.h"
+#include "primitives/rows.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 template <class... Pointers>
 IppStatus checkRegion(IppiSize roi, const Pointers*... images) {
-  if (((images == nullptr) || ...)) return ippStsNullPtrErr;
+  if ((!images || ...)) return ippStsNullPtrErr;
   return roi.width < 1 || roi.height < 1 ? ippStsSizeErr : ippStsNoErr;
 }
 
