@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "training/haar_features.h"
+#include "training/candidate_features.h"
 #include "training/window_samples.h"
 
 // Bytes that are not cleared first, in huge pages where the system has them: some gigabytes are filled anew for

@@ -1,4 +1,4 @@
-#include "training/haar_features.h"
+#include "training/candidate_features.h"
 
 namespace {
 
