@@ -59,8 +59,8 @@ build: packages-build
 
 demo: build
 	@mkdir -p $(out)
-	build/demo/examples/cut_portrait tests/data/average_faces.png $(out)/portrait.jpg 300 400
-	build/demo/examples/annotate tests/data/average_faces.png $(out)/annotated.png 300 400
+	build/demo/examples/cut_portrait tests/data/average_faces.png $(out)/portrait.jpg 240 320 0.8
+	build/demo/examples/annotate tests/data/average_faces.png $(out)/annotated.png 240 320 0.8
 	@echo
 	@echo "The portrait:                    $(abspath $(out))/portrait.jpg"
 	@echo "Faces (green) and cut (yellow):  $(abspath $(out))/annotated.png"
