@@ -79,8 +79,10 @@ IppStatus ippiColorToGray_8u_AC4C1R(const Ipp8u* src, int srcStep, Ipp8u* dst, i
 
 // --- Resampling --------------------------------------------------------------------------------------
 // Destination pixel (i, j) looks at source point (i / xFactor, j / yFactor). Interpolation is
-// IPPI_INTER_SUPER (area mean, factors up to 1) or IPPI_INTER_LANCZOS (six taps an axis). A destination
-// side that comes to less than half a pixel answers ippStsResizeNoOperationErr.
+// IPPI_INTER_SUPER (area mean; made for factors up to 1, above which footprints are parts of pixels) or
+// IPPI_INTER_LANCZOS (six taps an axis). A destination side that comes to less than half a pixel answers
+// ippStsResizeNoOperationErr, a side above 65,535 ippStsSizeErr, a factor that is not finite or another
+// interpolation ippStsBadArgErr.
 IppStatus ippiResize_8u_C1R(const Ipp8u* src, IppiSize srcSize, int srcStep, IppiRect srcRoi, Ipp8u* dst, int dstStep,
                             IppiSize dstRoi, double xFactor, double yFactor, int interpolation);
 IppStatus ippiResize_8u_C3R(const Ipp8u* src, IppiSize srcSize, int srcStep, IppiRect srcRoi, Ipp8u* dst, int dstStep,
@@ -97,7 +99,8 @@ IppStatus ippiResize_32f_C4R(const Ipp32f* src, IppiSize srcSize, int srcStep, I
 // Turns the image by `angle` degrees about (xCenter, yCenter), in coordinates of the buffer; rows of the
 // buffer growing downward, the turn is counter-clockwise. Bilinear, whatever the interpolation code's low
 // bits; with IPPI_SMOOTH_EDGE the pixels mapped up to one pixel outside the source are blended with the
-// destination's content. Pixels that the source does not reach keep what they held.
+// destination's content. Pixels that the source does not reach keep what they held. Sides and places above
+// 65,535 answer ippStsSizeErr, an angle or centre that is not finite ippStsBadArgErr.
 IppStatus ippiRotateCenter_8u_C1R(const Ipp8u* src, IppiSize srcSize, int srcStep, IppiRect srcRoi, Ipp8u* dst,
                                   int dstStep, IppiRect dstRoi, double angle, double xCenter, double yCenter,
                                   unsigned interpolation);

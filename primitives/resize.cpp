@@ -45,6 +45,7 @@ IppStatus resize(int channels, const T* src, IppiSize srcSize, int srcStep, Ippi
   job.dstSize.width = effectiveSide(srcRoi.width, xFactor, dstRoi.width);
   job.dstSize.height = effectiveSide(srcRoi.height, yFactor, dstRoi.height);
   if (job.dstSize.width == 0 || job.dstSize.height == 0) return ippStsResizeNoOperationErr;
+  if (std::max(job.dstSize.width, job.dstSize.height) > kMaxSide) return ippStsSizeErr;
   job.src = job.srcRow(srcRoi.y) + static_cast<std::ptrdiff_t>(srcRoi.x) * channels;
   run(job, interpolation);
   return ippStsNoErr;

@@ -337,6 +337,7 @@ INSTANTIATE_TEST_SUITE_P(
                     StatusCase{"JustTooSmall", {10, 10}, kTen, {5, 5}, 0.5, 0.0499, 8, ippStsResizeNoOperationErr},
                     StatusCase{"HalfAPixel", {10, 10}, kTen, {5, 5}, 0.5, 0.05, 8, ippStsNoErr},
                     StatusCase{"AlmostNothing", {10, 10}, kTen, {5, 5}, 1e-300, 1e-300, 8, ippStsResizeNoOperationErr},
+                    StatusCase{"TooLargeResult", {10, 10}, kTen, {70000, 5}, 1e4, 0.5, 16, ippStsSizeErr},
                     StatusCase{"Enormous", {10, 10}, kTen, {5, 5}, 1e300, 1e300, 16, ippStsNoErr},
                     StatusCase{"EnormousArea", {10, 10}, kTen, {5, 5}, 1e300, 1e300, 8, ippStsNoErr}),
     [](const auto& instance) { return std::string(instance.param.name); });
