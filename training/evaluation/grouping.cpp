@@ -82,7 +82,8 @@ std::vector<Detection> libraryGroups(TIppiFaceDetector& detector, std::vector<TR
   grouping.SelectFace(kept, groups.get(), last, raw[0], raw[1], raw[2], raw[3], raw[4]);
   const std::unique_ptr<int[]> x1(raw[0]), y1(raw[1]), x2(raw[2]), y2(raw[3]), counts(raw[4]);
   std::vector<Detection> faces;
-  for (int g = 0; g <= last; ++g) faces.push_back(toDetection(x1[g], y1[g], x2[g], y2[g]));
+  const auto count = static_cast<std::size_t>(last + 1);
+  for (std::size_t g = 0; g < count; ++g) faces.push_back(toDetection(x1[g], y1[g], x2[g], y2[g]));
   return faces;
 }
 

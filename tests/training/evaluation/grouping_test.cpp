@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "detect/TIppiFaceDetector.h"
+
 namespace evaluation {
 namespace {
 
@@ -27,6 +29,21 @@ TEST(RelativeGroups, DropTheWeakerOfTwoOnOneFace) {
   const auto groups = relativeGroups({squareAt(25, 25, 50), squareAt(0, 0, 100), squareAt(2, 2, 100)});
   ASSERT_EQ(groups.size(), 1u);
   EXPECT_EQ(groups[0].hits, 2);
+}
+
+TEST(LibraryGroups, TakeTheThresholdThatIsAskedFor) {
+  TIppiFaceDetector detector;
+  std::vector<TRectangle> hits;
+  for (int i = 0; i < 4; ++i) hits.push_back(squareAt(100 + i, 50, 60));
+  hits.push_back(squareAt(300, 200, 60));
+  ASSERT_EQ(libraryGroups(detector, hits, 1).size(), 2u);
+  const auto faces = libraryGroups(detector, hits, 4);
+  ASSERT_EQ(faces.size(), 1u);
+  EXPECT_EQ(faces[0].w, 60);
+  // The mean of 100 to 103 is cut to 101.
+  EXPECT_EQ(faces[0].cx, 131);
+  EXPECT_EQ(faces[0].cy, 80);
+  EXPECT_TRUE(libraryGroups(detector, hits, 5).empty());
 }
 
 TEST(RelativeGroups, OfNothingAreNone) { EXPECT_TRUE(relativeGroups({}).empty()); }
