@@ -78,7 +78,8 @@ bool PngDecoder::ReadHeader(std::FILE* file, my_png_buffer_* buffer) {
   if (setjmp(png_jmpbuf(png_)) != 0) return false;
   png_set_user_limits(png_, kMaxImageSide, kMaxImageSide);
 #ifdef PNG_HANDLE_AS_UNKNOWN_SUPPORTED
-  // Texts and colour profiles are of no use here, and unpacking them costs a hostile file's reader dearly.
+  // Texts, colour profiles and chunks that it does not know are of no use here, and libpng would take and
+  // clear as much memory for one as a hostile file declares.
   png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
 #endif
   if (file != nullptr) {
