@@ -19,10 +19,22 @@ constexpr int kRowsAtOnce = 16;
 constexpr long long kTrustedPixels = 1LL << 26;
 constexpr long long kHugeFileShare = 16;
 
+// One channel of a 16-bit pixel: its bits, and how far they must move to lie in 0 to 31.
+struct Channel {
+  explicit Channel(unsigned bits) : mask(bits) {
+    while (mask >> shift > 31) ++shift;
+  }
+
+  unsigned char of(unsigned word) const { return static_cast<unsigned char>(((word & mask) >> shift) * 8); }
+
+  unsigned mask;
+  int shift = 0;
+};
+
 struct Masks {
-  unsigned red = 0x7C00;
-  unsigned green = 0x03E0;
-  unsigned blue = 0x001F;
+  Channel red{0x7C00};
+  Channel green{0x03E0};
+  Channel blue{0x001F};
 };
 
 bool supported(const BMIH& info) {
@@ -71,30 +83,24 @@ unsigned wordAt(const unsigned char* bytes) { return bytes[0] | static_cast<unsi
 bool readMasks(std::FILE* file, Masks& masks) {
   unsigned char bytes[12];
   if (std::fread(bytes, 1, sizeof bytes, file) != sizeof bytes) return false;
-  masks = {wordAt(bytes), wordAt(bytes + 4), wordAt(bytes + 8)};
+  masks = {Channel(wordAt(bytes)), Channel(wordAt(bytes + 4)), Channel(wordAt(bytes + 8))};
   return true;
 }
 
-unsigned char channelOf(unsigned word, unsigned mask) {
-  int shift = 0;
-  while (mask >> shift > 31) ++shift;
-  return static_cast<unsigned char>(((word & mask) >> shift) * 8);
-}
-
-// Pixels narrower than a byte, the first in the high bits.
-void decodeIndexed(const unsigned char* row, int depth, const RGBApixel* colors, int width, RGBApixel* out) {
-  const int perByte = 8 / depth;
-  const unsigned mask = (1U << depth) - 1;
+// The first pixel lies in the high bits of its byte.
+template <int depth>
+void decodeIndexed(const unsigned char* row, const RGBApixel* colors, int width, RGBApixel* out) {
+  constexpr int kPerByte = 8 / depth;
   for (int x = 0; x < width; ++x) {
-    const int shift = 8 - depth * (x % perByte + 1);
-    out[x] = colors[static_cast<unsigned>(row[x / perByte]) >> shift & mask];
+    const int shift = 8 - depth * (x % kPerByte + 1);
+    out[x] = colors[static_cast<unsigned>(row[x / kPerByte]) >> shift & ((1U << depth) - 1)];
   }
 }
 
 void decode16(const unsigned char* row, const Masks& masks, int width, RGBApixel* out) {
   for (int x = 0; x < width; ++x) {
     const unsigned word = wordAt(row + 2 * x);
-    out[x] = {channelOf(word, masks.blue), channelOf(word, masks.green), channelOf(word, masks.red), 0};
+    out[x] = {masks.blue.of(word), masks.green.of(word), masks.red.of(word), 0};
   }
 }
 
@@ -135,7 +141,9 @@ class RowGatherer {
 };
 
 void decodeRow(const unsigned char* row, const BMP& bmp, const Masks& masks, int width, RGBApixel* out) {
-  if (bmp.BitDepth < 16) decodeIndexed(row, bmp.BitDepth, bmp.Colors, width, out);
+  if (bmp.BitDepth == 1) decodeIndexed<1>(row, bmp.Colors, width, out);
+  if (bmp.BitDepth == 4) decodeIndexed<4>(row, bmp.Colors, width, out);
+  if (bmp.BitDepth == 8) decodeIndexed<8>(row, bmp.Colors, width, out);
   if (bmp.BitDepth == 16) decode16(row, masks, width, out);
   if (bmp.BitDepth == 24) ippiCopy_8u_C3AC4R(row, width * 3, &out->Blue, width * 4, {width, 1});
   if (bmp.BitDepth == 32) std::memcpy(out, row, static_cast<std::size_t>(width) * 4);

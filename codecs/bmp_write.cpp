@@ -1,12 +1,15 @@
 #include <climits>
-#include <cstring>
 #include <vector>
 
 #include "codecs/BMP.h"
 #include "codecs/bmp_header.h"
 #include "codecs/file.h"
+#include "primitives/ippi.h"
 
 namespace {
+
+// Rows taken out of the columns together: 16 pixels of a column fill a cache line.
+constexpr int kRowsAtOnce = 16;
 
 // Masks of 16-bit pixels, each followed by a zero word: 5, 6 and 5 bits.
 constexpr unsigned char kMaskBytes[12] = {0x00, 0xF8, 0, 0, 0xE0, 0x07, 0, 0, 0x1F, 0x00, 0, 0};
@@ -27,13 +30,13 @@ unsigned nearestColor(const RGBApixel& pixel, const RGBApixel* colors, unsigned 
   return best;
 }
 
-void packIndexed(const BMP& bmp, int y, unsigned char* row) {
+void packIndexed(const BMP& bmp, const RGBApixel* pixels, unsigned char* row) {
   const int perByte = 8 / bmp.BitDepth;
   for (int x = 0; x < bmp.Width; ++x) {
     const int shift = 8 - bmp.BitDepth * (x % perByte + 1);
     unsigned char& byte = row[x / perByte];
     if (x % perByte == 0) byte = 0;
-    const unsigned index = nearestColor(bmp.Pixels[x][y], bmp.Colors, 1U << bmp.BitDepth);
+    const unsigned index = nearestColor(pixels[x], bmp.Colors, 1U << bmp.BitDepth);
     byte = static_cast<unsigned char>(byte | index << shift);
   }
 }
@@ -47,18 +50,14 @@ void packWord(const RGBApixel& pixel, unsigned char* bytes) {
   bytes[1] = static_cast<unsigned char>(word >> 8);
 }
 
-void packRow(const BMP& bmp, int y, unsigned char* row) {
-  if (bmp.BitDepth < 16) return packIndexed(bmp, y, row);
-  const int pixelBytes = bmp.BitDepth / 8;
-  for (int x = 0; x < bmp.Width; ++x) {
-    const RGBApixel& pixel = bmp.Pixels[x][y];
-    unsigned char* const to = row + static_cast<std::ptrdiff_t>(x) * pixelBytes;
-    if (bmp.BitDepth == 16) {
-      packWord(pixel, to);
-    } else {
-      std::memcpy(to, &pixel, static_cast<std::size_t>(pixelBytes));
-    }
+void packRow(const BMP& bmp, const RGBApixel* pixels, unsigned char* row) {
+  const IppiSize roi = {bmp.Width, 1};
+  if (bmp.BitDepth < 16) packIndexed(bmp, pixels, row);
+  if (bmp.BitDepth == 16) {
+    for (int x = 0; x < bmp.Width; ++x) packWord(pixels[x], row + 2 * x);
   }
+  if (bmp.BitDepth == 24) ippiCopy_8u_AC4C3R(&pixels->Blue, bmp.Width * 4, row, bmp.Width * 3, roi);
+  if (bmp.BitDepth == 32) ippiCopy_8u_C4R(&pixels->Blue, bmp.Width * 4, row, bmp.Width * 4, roi);
 }
 
 long long headerBytes(int depth) {
@@ -87,16 +86,32 @@ void writeHeader(std::FILE* file, const BMP& bmp) {
   if (bmp.BitDepth == 16) std::fwrite(kMaskBytes, 1, sizeof kMaskBytes, file);
 }
 
+// Rows `y` and on, `count` of them, out of the columns.
+void gatherRows(const BMP& bmp, int y, int count, std::vector<RGBApixel>& rows) {
+  ippiTranspose_8u_C4R(&bmp.Pixels[0][y].Blue, bmp.Height * 4, &rows[0].Blue, bmp.Width * 4, {count, bmp.Width});
+}
+
+// False when the disk takes no more.
+bool writeRows(std::FILE* file, const BMP& bmp) {
+  const auto width = static_cast<std::size_t>(bmp.Width);
+  std::vector<RGBApixel> rows(width * kRowsAtOnce);
+  std::vector<unsigned char> bytes(static_cast<std::size_t>(bmpRowBytes(bmp.BitDepth, bmp.Width)));
+  for (int y = bmp.Height - 1; y >= 0; --y) {
+    const int first = y / kRowsAtOnce * kRowsAtOnce;
+    const bool newRows = y == bmp.Height - 1 || y - first == kRowsAtOnce - 1;
+    if (newRows) gatherRows(bmp, first, y - first + 1, rows);
+    packRow(bmp, &rows[static_cast<std::size_t>(y - first) * width], bytes.data());
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size()) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 bool BMP::WriteToFile(const char* name) {
   const File file = openFile(name, "wb");
   if (file == nullptr) return false;
   writeHeader(file.get(), *this);
-  std::vector<unsigned char> row(static_cast<std::size_t>(bmpRowBytes(BitDepth, Width)));
-  for (int y = Height - 1; y >= 0; --y) {
-    packRow(*this, y, row.data());
-    if (std::fwrite(row.data(), 1, row.size(), file.get()) != row.size()) break;
-  }
+  writeRows(file.get(), *this);
   return true;
 }
