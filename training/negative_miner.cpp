@@ -91,8 +91,8 @@ std::vector<Window> runTask(const TIppiFaceDetector& detector, const ScanTask& t
   TIppiImage image;
   bool faceStays = false;
   preparePicture(task, random, image, faceStays);
-  if (random() % 5 == 0) flatten(image, uniform(random, 0.3, 0.9));
-  if (random() % 3 == 0) addNoise(image, uniform(random, 1.0, 12.0), random);
+  if (random() % 8 == 0) flatten(image, uniform(random, 0.3, 0.9));
+  if (random() % 4 == 0) addNoise(image, uniform(random, 1.0, 10.0), random);
   const float scale = static_cast<float>(std::exp(uniform(random, std::log(0.7), std::log(1.3))));
   std::vector<Window> kept;
   std::size_t seen = 0;
@@ -123,7 +123,7 @@ std::vector<Window> mineNegatives(const TIppiFaceDetector& detector, std::vector
       task.portrait = uniform(random, 0.0, 1.0) < plan.portraitShare;
       std::vector<TrainingPicture>& pool = task.portrait ? portraits : backgrounds;
       task.picture = &pool[random() % pool.size()];
-      task.other = random() % 3 == 0 ? &backgrounds[random() % backgrounds.size()] : nullptr;
+      task.other = random() % 4 == 0 ? &backgrounds[random() % backgrounds.size()] : nullptr;
       task.seed = static_cast<std::uint32_t>(random());
     }
     std::vector<std::vector<Window>> results(tasks.size());

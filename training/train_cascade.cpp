@@ -48,8 +48,11 @@ struct Options {
   std::size_t negatives = 26000;
   std::size_t candidates = 12000;
   std::size_t maxScans = 30000;
-  double keep = 0.9985;
-  double firstKeep = 0.996;   // three classifiers can reject little at the full rate
+  // Shares of the faces that stages pass: falling evenly from the second stage to the last, since a face lost late
+  // takes more false ones with it. Three classifiers can reject little at such a rate, so the first stage has its own.
+  double firstKeep = 0.997;
+  double keep = 0.9993;
+  double lastKeep = 0.9980;
   FaceJitter jitter;
 };
 
@@ -147,11 +150,15 @@ class Training {
     negatives_.insert(negatives_.end(), mined.begin(), mined.end());
   }
 
+  double keepAt(int index) const {
+    if (index == 0) return options_.firstKeep;
+    const double done = (index - 1) / static_cast<double>(std::size(kStages) - 2);
+    return options_.keep + (options_.lastKeep - options_.keep) * done;
+  }
+
   Stage boostStage(int index, const StagePlan& plan) {
     if (index == 0) {
-      StagePlan first = plan;
-      first.keep = options_.firstKeep;
-      return trainFirstStage(features_, table_, positives_.size(), first, kFirstClassifiers, options_.threads);
+      return trainFirstStage(features_, table_, positives_.size(), plan, kFirstClassifiers, options_.threads);
     }
     const std::uint32_t seed = options_.seed * 104729u + static_cast<std::uint32_t>(index);
     return Booster(features_, table_, positives_.size(), options_.candidates, seed, options_.threads).train(plan);
@@ -167,7 +174,7 @@ class Training {
     const double tabled = seconds();
 
     const StageForm& form = kStages[index];
-    const StagePlan plan{form.classifiers, form.rectangles - 2 * form.classifiers, form.threshold, options_.keep};
+    const StagePlan plan{form.classifiers, form.rectangles - 2 * form.classifiers, form.threshold, keepAt(index)};
     cascade_.push_back(boostStage(index, plan));
 
     const std::size_t hadPositives = positives_.size();
@@ -205,8 +212,11 @@ int main(int argc, char** argv) {
   app.add_option("--negatives", options.negatives, "windows without a face per stage")->capture_default_str();
   app.add_option("--candidates", options.candidates, "features drawn each round")->capture_default_str();
   app.add_option("--max-scans", options.maxScans, "scans per stage before mining gives up")->capture_default_str();
-  app.add_option("--keep", options.keep, "share of the faces that a stage passes")->capture_default_str();
-  app.add_option("--first-keep", options.firstKeep, "the same for the first stage")->capture_default_str();
+  app.add_option("--first-keep", options.firstKeep, "share of the faces that the first stage passes")->capture_default_str();
+  app.add_option("--keep", options.keep, "the same for the second stage")->capture_default_str();
+  app.add_option("--last-keep", options.lastKeep, "the same for the last stage")->capture_default_str();
+  app.add_option("--scale", options.jitter.logScale, "natural log of the size, +-")->capture_default_str();
+  app.add_option("--shift", options.jitter.shift, "pixels of the window, +-")->capture_default_str();
   app.add_option("--shift-right", options.jitter.shiftRight, "of the window against the face, widths")->capture_default_str();
   app.add_option("--shift-down", options.jitter.shiftDown, "of the window against the face, widths")->capture_default_str();
   app.add_option("--turn-mean", options.jitter.turnMean, "degrees clockwise")->capture_default_str();

@@ -123,8 +123,8 @@ bool makeFaceWindow(TrainingPicture& picture, const FaceJitter& jitter, std::mt1
   const double toWork = side / picture.face.w;
   crop.Resize(work, toWork);
   centre = {centre.u * toWork, centre.v * toWork};
-  if (uniform(random, 0.0, 1.0) < 0.25) flatten(work, uniform(random, 0.3, 0.9));
-  if (uniform(random, 0.0, 1.0) < 0.45) addNoise(work, uniform(random, 1.0, 12.0), random);
+  if (uniform(random, 0.0, 1.0) < 0.15) flatten(work, uniform(random, 0.3, 0.9));
+  if (uniform(random, 0.0, 1.0) < 0.40) addNoise(work, uniform(random, 1.0, 10.0), random);
 
   // Photos that already lie close enough are left unturned in half of the copies: turning softens them.
   const bool closeEnough = std::abs(picture.face.roll * (mirrored ? -1.0 : 1.0) - jitter.turnMean) < 7.0;
