@@ -10,10 +10,6 @@
 
 namespace {
 
-// Rows that go through all stages together: enough blocks to fill the kernels in the later stages, few
-// enough that a band's integrals stay in the cache.
-constexpr int kBandRows = 32;
-
 constexpr int kPositions = HaarBlock::kPositions;
 
 // Writes a list of blocks in order of position. A block takes every position from its first on that it
@@ -75,32 +71,8 @@ const HaarStage& HaarCascade::Stage(int s) {
   return stages_[static_cast<std::size_t>(s)];
 }
 
-void HaarCascade::Scan(const float* sum, const float* norm, IppiSize roi, std::vector<Position>& survivors) {
-  Cover({roi.width, std::min(kBandRows, roi.height)});
-  blocks_.resize(cover_.size() + 1);
-  repacked_.resize(cover_.size() + 1);
-  const int blocksPerRow = (roi.width + kPositions - 1) / kPositions;
-  for (int top = 0; top < roi.height; top += kBandRows) {
-    const std::ptrdiff_t offset = static_cast<std::ptrdiff_t>(top) * pitch_;
-    const int count = blocksPerRow * std::min(kBandRows, roi.height - top);
-    ScanBand(sum + offset, norm + offset, count, top, survivors);
-  }
-}
-
-// All positions of a band, which are the same for every band.
-void HaarCascade::Cover(IppiSize band) {
-  cover_.clear();
-  for (int y = 0; y < band.height; y++) {
-    for (int x = 0; x < band.width; x += kPositions) {
-      const std::uint32_t lanes = (1u << std::min(band.width - x, kPositions)) - 1;
-      cover_.push_back({y * pitch_ + x, y * pitch_ + x, lanes});
-    }
-  }
-}
-
-void HaarCascade::ScanBand(const float* sum, const float* norm, int count, int top, std::vector<Position>& survivors) {
-  // The first block of both lists is a place holder.
-  std::copy_n(cover_.begin(), count, blocks_.begin() + 1);
+void HaarCascade::Scan(const float* sum, const float* norm, IppiSize roi, int top, std::vector<Position>& survivors) {
+  int count = Cover(roi);
   for (int s = 0; s < stageCount_ && count > 0; s++) {
     kernels().haar.stageBlocks(Stage(s), sum, norm, blocks_.data() + 1, count);
     count = Repack(count);
@@ -111,6 +83,22 @@ void HaarCascade::ScanBand(const float* sum, const float* norm, int count, int t
       survivors.push_back({index % pitch_, top + index / pitch_});
     }
   }
+}
+
+// All positions of the region. The first block of both lists is a place holder.
+int HaarCascade::Cover(IppiSize roi) {
+  const int blocksPerRow = (roi.width + kPositions - 1) / kPositions;
+  const int count = blocksPerRow * roi.height;
+  blocks_.resize(static_cast<std::size_t>(count) + 1);
+  repacked_.resize(blocks_.size());
+  HaarBlock* block = blocks_.data() + 1;
+  for (int y = 0; y < roi.height; y++) {
+    for (int x = 0; x < roi.width; x += kPositions) {
+      const std::uint32_t lanes = (1u << std::min(roi.width - x, kPositions)) - 1;
+      *block++ = {y * pitch_ + x, y * pitch_ + x, lanes};
+    }
+  }
+  return count;
 }
 
 int HaarCascade::Repack(int count) {

@@ -1,6 +1,6 @@
-// All stages of a cascade over one region at once: the survivors go from stage to stage as a list, band by
-// band, so that neither a mask nor the integrals are walked once per stage. The survivors are those that
-// ippiApplyHaarClassifier_32f_C1R, stage after stage, leaves in the mask.
+// All stages of a cascade over one region at once: the survivors go from stage to stage as a list, not as a
+// mask that every stage walks. They are those that ippiApplyHaarClassifier_32f_C1R, stage after stage,
+// leaves in the mask.
 #pragma once
 
 #include <vector>
@@ -26,13 +26,13 @@ class HaarCascade {
   void SetPitch(int pitch);
   int Pitch() const { return pitch_; }
 
-  // Appends the positions of `roi` that pass all stages, row by row. Throws std::length_error for a pitch
-  // whose windows are beyond a 32-bit index.
-  void Scan(const float* sum, const float* norm, IppiSize roi, std::vector<Position>& survivors);
+  // Appends the positions of `roi` that pass all stages, row by row, `top` added to their rows. The rows
+  // should be a band of the picture: the list of its positions is held in memory. Throws std::length_error
+  // for a pitch whose windows are beyond a 32-bit index.
+  void Scan(const float* sum, const float* norm, IppiSize roi, int top, std::vector<Position>& survivors);
 
  private:
-  void Cover(IppiSize band);
-  void ScanBand(const float* sum, const float* norm, int count, int top, std::vector<Position>& survivors);
+  int Cover(IppiSize roi);
   int Repack(int count);
   const HaarStage& Stage(int s);
 
@@ -43,7 +43,6 @@ class HaarCascade {
   int placedStages_ = 0;
   std::vector<std::vector<HaarFeature>> placed_;
   std::vector<HaarStage> stages_;
-  std::vector<HaarBlock> cover_;
   std::vector<HaarBlock> blocks_;
   std::vector<HaarBlock> repacked_;
 };

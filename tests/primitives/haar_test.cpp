@@ -233,7 +233,7 @@ TEST(HaarCascade, KeepsWhatTheStagesKeepOneByOne) {
     cascade.SetPitch(pitch + 1);
     cascade.SetPitch(pitch);
     std::vector<HaarCascade::Position> survivors;
-    cascade.Scan(scene.sum.ptr(), norm.ptr(), {width, height}, survivors);
+    cascade.Scan(scene.sum.ptr(), norm.ptr(), {width, height}, 0, survivors);
     Plane<Ipp8u> found(width, height, 0, 0);
     for (const auto& p : survivors) found.at(p.x, p.y) = 255;
     EXPECT_TRUE(sameBits(found, mask)) << "round " << round;
