@@ -46,7 +46,8 @@ bool supported(const BMIH& info) {
 
 bool canBeFilled(const BMIH& info, long long bytes) {
   if (bytes == kUnknownBytes || 1LL * info.biWidth * info.biHeight <= kTrustedPixels) return true;
-  return bytes >= bmpRowBytes(info.biBitCount, info.biWidth) * info.biHeight / kHugeFileShare;
+  // Divided, as the product of three declared numbers may overflow.
+  return bytes / bmpRowBytes(info.biBitCount, info.biWidth) >= info.biHeight / kHugeFileShare;
 }
 
 // Leaves white what the file lacks.
