@@ -56,12 +56,12 @@ void addNoise(TIppiImage& image) {
 void makeColor(TIppiImage& color) {
   TIppiImage source(imRGB24);
   const char* named = std::getenv("PORTRAITCUT_BENCH_PICTURE");
-  if (named != nullptr) {
-    if (!loadFile(named, source)) throw std::runtime_error(std::string("cannot load ") + named);
+  const std::string file = named != nullptr ? named : PORTRAITCUT_TEST_DATA "/average_faces.png";
+  if (loadFile(file, source)) {
     coverSize(source, BenchSubject::kWidth, BenchSubject::kHeight, color);
-  } else if (loadFile(PORTRAITCUT_TEST_DATA "/average_faces.png", source)) {
-    coverSize(source, BenchSubject::kWidth, BenchSubject::kHeight, color);
-    addNoise(color);
+    if (source.Width < BenchSubject::kWidth) addNoise(color);
+  } else if (named != nullptr) {
+    throw std::runtime_error("cannot load " + file);
   } else {
     toImage(makeColorPicture(BenchSubject::kWidth, BenchSubject::kHeight), color);
   }
