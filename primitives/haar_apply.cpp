@@ -23,11 +23,11 @@ IppStatus checkArguments(const Ipp32f* sum, int sumStep, const Ipp32f* norm, int
 // Applies a stage to rows of a mask.
 class MaskedStage {
  public:
-  MaskedStage(const HaarStage& stage, int width) : stage_(stage), width_(width) {
-    // The vector kernels read all positions of a block; the portable one reads live positions only.
-    const Kernels& table = width < HaarBlock::kPositions ? *kernelsOf(CpuLevel::base) : kernels();
-    evaluate_ = table.haar.stageBlocks;
-  }
+  // The vector kernels read all positions of a block, which a narrow region does not have.
+  MaskedStage(const HaarStage& stage, int width)
+      : stage_(stage),
+        width_(width),
+        evaluate_(width < HaarBlock::kPositions ? kernels().haar.stageLanes : kernels().haar.stageBlocks) {}
 
   // Answers the number of survivors.
   int Row(const Ipp32f* sum, const Ipp32f* norm, Ipp8u* mask) {
@@ -71,7 +71,7 @@ class MaskedStage {
 
   const HaarStage& stage_;
   const int width_;
-  decltype(HaarKernels::stageBlocks) evaluate_;
+  const decltype(HaarKernels::stageBlocks) evaluate_;
   HaarBlock blocks_[kBlocks];
 };
 

@@ -1,4 +1,7 @@
+#include <cstring>
+
 #include "primitives/haar_rows.h"
+#include "primitives/haar_vector.h"
 
 namespace {
 
@@ -31,7 +34,7 @@ float stageSum(const HaarStage& stage, const Ipp32f* window, float norm) {
   return sum;
 }
 
-void stageBlocks(const HaarStage& stage, const Ipp32f* sum, const Ipp32f* norm, HaarBlock* blocks, int count) {
+void stageLanes(const HaarStage& stage, const Ipp32f* sum, const Ipp32f* norm, HaarBlock* blocks, int count) {
   for (HaarBlock* block = blocks; block != blocks + count; block++) {
     for (int k = 0; k < HaarBlock::kPositions; k++) {
       const std::uint32_t bit = 1u << k;
@@ -42,10 +45,37 @@ void stageBlocks(const HaarStage& stage, const Ipp32f* sum, const Ipp32f* norm, 
   }
 }
 
+// Four floats in the compiler's own vector type: the instructions that every processor of the kind has.
+struct PortableFloats {
+  static constexpr int kLanes = 4;
+  typedef float Type __attribute__((vector_size(16)));
+  typedef std::int32_t Mask __attribute__((vector_size(16)));
+  static Type load(const float* p) {
+    Type value;
+    std::memcpy(&value, p, sizeof(value));
+    return value;
+  }
+  static Type set(float value) { return Type{value, value, value, value}; }
+  static Type add(Type a, Type b) { return a + b; }
+  static Type sub(Type a, Type b) { return a - b; }
+  static Type mul(Type a, Type b) { return a * b; }
+  static Mask greater(Type a, Type b) { return a > b; }
+  static Type select(Mask mask, Type a, Type b) { return reinterpret_cast<Type>((mask & bits(a)) | (~mask & bits(b))); }
+  static unsigned mask(Mask m) { return static_cast<unsigned>((m[0] & 1) | (m[1] & 2) | (m[2] & 4) | (m[3] & 8)); }
+
+ private:
+  static Mask bits(Type value) { return reinterpret_cast<Mask>(value); }
+};
+
+void stageBlocks(const HaarStage& stage, const Ipp32f* sum, const Ipp32f* norm, HaarBlock* blocks, int count) {
+  runStageBlocks<PortableFloats, 2>(stage, sum, norm, blocks, count);
+}
+
 }  // namespace
 
 void fillHaarKernelsBase(HaarKernels& table) {
   table.integralRow = integralRow;
   table.stdDevRow = stdDevRow;
   table.stageBlocks = stageBlocks;
+  table.stageLanes = stageLanes;
 }

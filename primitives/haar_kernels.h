@@ -61,6 +61,8 @@ struct HaarKernels {
   void (*stdDevRow)(const DeviationRows& rows, Ipp32f* dst, int count);
   // Clears the lanes that fail the stage.
   void (*stageBlocks)(const HaarStage& stage, const Ipp32f* sum, const Ipp32f* norm, HaarBlock* blocks, int count);
+  // Like stageBlocks, but reads live positions only: for regions narrower than a block. One for all levels.
+  void (*stageLanes)(const HaarStage& stage, const Ipp32f* sum, const Ipp32f* norm, HaarBlock* blocks, int count);
 };
 
 void fillHaarKernelsBase(HaarKernels& table);

@@ -3,8 +3,6 @@
 // file's instructions its own.
 #pragma once
 
-#include <cmath>
-
 #include "primitives/haar_kernels.h"
 
 namespace {
@@ -26,7 +24,7 @@ inline float deviationAt(const DeviationRows& rows, int x) {
   const double square = static_cast<double>(mean) * static_cast<double>(mean);
   const double sqr = rows.bottomSqr[right] - rows.topSqr[right] - rows.bottomSqr[x] + rows.topSqr[x];
   const double v = sqr / static_cast<double>(rows.area) - square;
-  return std::sqrt(static_cast<float>(v < 0 ? 0 : v));
+  return __builtin_sqrtf(static_cast<float>(v < 0 ? 0 : v));
 }
 
 }  // namespace

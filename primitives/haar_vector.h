@@ -48,7 +48,7 @@ class HaarStageRun {
 
   void Vote(const HaarClassifier& c, const Vector* value) {
     for (int k = 0; k < kVectors; k++) {
-      const Vector below = V::greater(V::mul(V::set(c.threshold), norm_[k]), value[k]);
+      const auto below = V::greater(V::mul(V::set(c.threshold), norm_[k]), value[k]);
       sum_[k] = V::add(sum_[k], V::select(below, V::set(c.val1), V::set(c.val2)));
     }
   }
