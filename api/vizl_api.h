@@ -110,7 +110,8 @@ extern VIZL_API const unsigned char VIZL_resu4[4096];   /* "MW" */
 /* Makes the library ready. A second call without VIZL_Finalize starts anew with an empty table of handles:
  * every earlier handle stops being valid, and what it held is never released.
  *   dataPath  in, ignored; may be null. All data is inside the library.
- * The process-wide settings and the contexts are not touched. Codes: only those of every function. */
+ * The process-wide settings and the contexts are not touched.
+ * Codes: VIZLE_INVALID_ARGUMENT if memory is short; the library is then as it was. */
 VIZL_API int32_t VIZL_Initialize(const char* dataPath);
 
 /* Frees every image and all that VIZL_Initialize made. Settings and contexts stay.
@@ -138,7 +139,8 @@ VIZL_API const char* VIZL_resType(const char* name);
 VIZL_API int32_t VIZL_CreateEmptyImage(HImage* handle);
 
 /* Frees an image. A handle that was never given out or is already free does nothing and is no error.
- *   handle  in. */
+ *   handle  in.
+ * Codes: only those of every function. */
 VIZL_API int32_t VIZL_FreeImage(HImage handle);
 
 /* == Loading == */
