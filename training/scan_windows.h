@@ -8,7 +8,7 @@
 
 #include "detect/TIppiFaceDetector.h"
 #include "image/TIppiImage.h"
-#include "primitives/haar_cascade.h"
+#include "primitives/haar_scan.h"
 #include "training/window_samples.h"
 
 // A window that passed: its square in `image`, pixels, rows from the top.
@@ -30,11 +30,6 @@ class WindowScanner {
   bool passes(const Window& window, int firstStage);
 
  private:
-  void survivors(const TIppiImage& scaled, IppiSize positions, int firstStage);
-
   const TIppiFaceDetector& detector_;
-  std::vector<float> sum_;
-  std::vector<double> square_;
-  std::vector<float> norm_;
   std::vector<HaarCascade::Position> found_;
 };

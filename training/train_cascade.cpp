@@ -10,11 +10,10 @@
 
 #include "training/boosting.h"
 #include "training/cascade_stream.h"
-#include "training/face_labels.h"
 #include "training/first_stage.h"
 #include "training/negative_miner.h"
 #include "training/scan_windows.h"
-#include "training/window_samples.h"
+#include "training/training_set.h"
 
 namespace {
 
@@ -61,48 +60,6 @@ double seconds() {
   return duration<double>(steady_clock::now().time_since_epoch()).count();
 }
 
-// One picture in ten of the sorted backgrounds is kept out of training, to count false faces on.
-std::vector<TrainingPicture> loadBackgrounds(const std::string& folder) {
-  std::vector<std::string> files;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) files.push_back(entry.path().string());
-  std::sort(files.begin(), files.end());
-  std::vector<TrainingPicture> pictures;
-  for (std::size_t k = 0; k < files.size(); ++k) {
-    if (k % 10 == 0) continue;
-    if (auto gray = loadGray(files[k])) pictures.push_back({std::move(gray), {}});
-  }
-  return pictures;
-}
-
-std::vector<TrainingPicture> loadPortraits(const std::string& folder) {
-  std::vector<TrainingPicture> pictures;
-  for (const FaceLabel& label : readFaceLabels(folder + "/labels.csv")) {
-    if (label.validation) continue;
-    if (auto gray = loadGray(folder + "/" + label.file)) pictures.push_back({std::move(gray), faceSquare(label)});
-  }
-  return pictures;
-}
-
-std::vector<Window> makePositives(std::vector<TrainingPicture>& portraits, const Options& options) {
-  std::vector<std::vector<Window>> perPicture(portraits.size());
-  std::vector<std::thread> workers;
-  for (unsigned t = 0; t < options.threads; ++t) {
-    workers.emplace_back([&, t] {
-      for (std::size_t k = t; k < portraits.size(); k += options.threads) {
-        std::mt19937 random(options.seed * 1000003u + static_cast<std::uint32_t>(k));
-        Window window;
-        for (int copy = 0; copy < options.copies; ++copy) {
-          if (makeFaceWindow(portraits[k], options.jitter, random, window)) perPicture[k].push_back(window);
-        }
-      }
-    });
-  }
-  for (std::thread& worker : workers) worker.join();
-  std::vector<Window> windows;
-  for (const auto& some : perPicture) windows.insert(windows.end(), some.begin(), some.end());
-  return windows;
-}
-
 // Keeps the windows that pass the cascade from `firstStage` on.
 void keepPassing(const Cascade& cascade, int firstStage, std::vector<Window>& windows) {
   const std::vector<unsigned char> stream = cascadeToStream(cascade);
@@ -116,7 +73,7 @@ class Training {
   explicit Training(const Options& options) : options_(options), features_(allCandidateFeatures(12)), table_(features_) {
     backgrounds_ = loadBackgrounds(options.data + "/background");
     portraits_ = loadPortraits(options.data + "/faces");
-    positives_ = makePositives(portraits_, options);
+    positives_ = makePositives(portraits_, options.jitter, options.copies, options.seed, options.threads);
     std::printf("%zu backgrounds, %zu portraits, %zu face windows, %zu features\n", backgrounds_.size(),
                 portraits_.size(), positives_.size(), features_.size());
     if (std::filesystem::exists(options.output)) {
