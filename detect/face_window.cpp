@@ -9,12 +9,30 @@
 #include "detect/TIppiFaceDetector.h"
 #include "image/TIppiImage.h"
 #include "image/params.h"
+#include "image/view.h"
 
 namespace {
 
 constexpr double kFineStep = 1.5;   // degrees
 constexpr float kCropScale = 0.7f;  // first scale on a crop, which the face fills about by half
 constexpr int kCoarseStep = 15;     // degrees between the passes
+
+// The square around the face of twice its width, reduced or enlarged to kCropSide. What lies outside the image
+// is black.
+void cropFace(TIppiImage& image, const FaceWindow& face, TIppiImage& crop) {
+  const int x1 = face.xc - face.w;
+  const int y1 = face.yc - face.w;
+  const int x2 = face.xc + face.w;
+  const int y2 = face.yc + face.w;
+  if (TImageView::Fits(image, x1, y1, x2, y2)) {
+    TImageView square(image, x1, y1, x2, y2);
+    square.Resize(crop, kCropSide / square.Width);
+  } else {
+    TIppiImage square;
+    image.CopyTo(square, x1, y1, x2, y2);
+    square.Resize(crop, kCropSide / square.Width);
+  }
+}
 
 double clampToInt(double value) {
   if (std::isnan(value)) return 0;
@@ -46,11 +64,8 @@ double CoarseAngle(int pass) { return (1 - pass) * kCoarseStep; }
 
 FineResult SearchAngles(TIppiFaceDetector& detector, TIppiImage& image, const FaceWindow& face, double coarse,
                         int steps, int context) {
-  TIppiImage square;
   TIppiImage crop;
-  image.CopyTo(square, face.xc - face.w, face.yc - face.w, face.xc + face.w, face.yc + face.w);
-  square.Resize(crop, kCropSide / square.Width);
-  square.FreeImage();
+  cropFace(image, face, crop);
   FineResult best;
   TIppiImage turned;
   std::vector<TRectangle> rects;
