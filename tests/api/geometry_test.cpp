@@ -1,6 +1,7 @@
 #include <climits>
 #include <functional>
 #include <limits>
+#include <ostream>
 
 #include "library_fixture.h"
 
@@ -13,6 +14,8 @@ struct Operation {
   const char* name;
   int32_t (*run)(HImage source, HImage dest);
 };
+
+void PrintTo(const Operation& operation, std::ostream* out) { *out << operation.name; }
 
 // One of each, with arguments that change the picture.
 const Operation kOperations[] = {

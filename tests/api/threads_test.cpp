@@ -53,9 +53,12 @@ TEST_F(ApiThreads, CreateUseAndFreeWhileOthersLookUp) {
   EXPECT_TRUE(PictureOf(stable, 3) == shared);
 }
 
+// Large, so that making the copy takes longer than the threads' start and all of them are at it.
 TEST_F(ApiThreads, TwoFirstDetectionsAtOnceShareOneCopy) {
-  for (int round = 0; round < 20; ++round) {
-    const HImage image = ImageOf(RandomPicture(120, 90, 3, static_cast<unsigned>(round)));
+  const HImage source = ImageOf(PlainPicture(2400, 1800, 3, 7));
+  for (int round = 0; round < 10; ++round) {
+    const HImage image = EmptyImage();
+    ASSERT_EQ(VIZL_CopyImage(source, image), VIZLE_OK);
     TIppiImage* copies[kThreads] = {};
     runInThreads([&](int thread) { copies[thread] = DetectionCopyOf(*Images[image]); });
     for (TIppiImage* copy : copies) EXPECT_EQ(copy, Images[image]->DetectionCopy.load());

@@ -76,6 +76,8 @@ struct KnownFrame {
   TPortraitFrame frame;
 };
 
+void PrintTo(const KnownFrame& known, std::ostream* out) { *out << known.what; }
+
 class PortraitFrameKnown : public testing::TestWithParam<KnownFrame> {};
 
 TEST_P(PortraitFrameKnown, IsAsWorkedOutByHand) {
@@ -136,6 +138,8 @@ struct BadNumbers {
   TFacePosition face;
   TPortraitWish wish;
 };
+
+void PrintTo(const BadNumbers& bad, std::ostream* out) { *out << bad.what; }
 
 class PortraitFrameRefuses : public testing::TestWithParam<BadNumbers> {};
 
