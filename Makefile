@@ -54,20 +54,20 @@ packages-bench: ; $(call install_missing,$(bench_packages))
 packages-coverage: ; $(call install_missing,$(coverage_packages))
 
 build: packages-build
-	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=OFF -B build/demo
-	cmake --build build/demo -j $(jobs)
+	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=OFF -DPORTRAITCUT_BUILD_TRAINING=OFF
+	cmake --build --preset release -j $(jobs)
 
 demo: build
 	@mkdir -p $(out)
-	build/demo/examples/cut_portrait tests/data/average_faces.png $(out)/portrait.jpg 240 320 0.8
-	build/demo/examples/annotate tests/data/average_faces.png $(out)/annotated.png 240 320 0.8
+	build/release/examples/cut_portrait tests/data/average_faces.png $(out)/portrait.jpg 240 320 0.8
+	build/release/examples/annotate tests/data/average_faces.png $(out)/annotated.png 240 320 0.8
 	@echo
 	@echo "The portrait:                    $(abspath $(out))/portrait.jpg"
 	@echo "Faces (green) and cut (yellow):  $(abspath $(out))/annotated.png"
 
 # The training programs are built too: they use the library's inner parts, and a change of those must not break them.
 test: packages-test
-	cmake --preset release -DPORTRAITCUT_BUILD_TRAINING=ON
+	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=ON -DPORTRAITCUT_BUILD_TRAINING=ON
 	cmake --build --preset release -j $(jobs)
 	cd build/release && $(ctest)
 
@@ -96,11 +96,11 @@ coverage: packages-coverage
 format: ; git ls-files '*.cpp' '*.c' '*.h' | xargs clang-format -i
 
 install: build
-	DESTDIR="$(DESTDIR)" cmake --install build/demo --prefix "$(prefix)"
+	DESTDIR="$(DESTDIR)" cmake --install build/release --prefix "$(prefix)"
+	cp build/release/install_manifest.txt build/installed_files.txt
 
-# CMake leaves the list of what it installed.
 uninstall:
-	while read -r file; do rm -f "$(DESTDIR)$$file"; done < build/demo/install_manifest.txt
+	sed -e '$$a\' build/installed_files.txt | while read -r file; do rm -f "$(DESTDIR)$$file"; done
 
 clean: ; rm -rf build $(out)
 
