@@ -1,14 +1,25 @@
     .section .rodata
+    .macro blob name, file
     .balign 64
-    .globl class_dat
-    .hidden class_dat
-    .type class_dat, %object
-class_dat:
-    .incbin "class_dat.bin"
-    .globl class_dat_end
-    .hidden class_dat_end
-class_dat_end:
-    .size class_dat, class_dat_end - class_dat
+    .globl \name
+    .hidden \name
+    .type \name, %object
+\name:
+    .incbin "\file"
+    .globl \name\()_end
+    .hidden \name\()_end
+\name\()_end:
+    .size \name, \name\()_end - \name
+    .endm
+
+    blob class_dat, class_dat.bin
+    blob neuro_dat, neuro_dat.bin
+    blob eigengrids, eigengrids.bin
+    # The two mean grids are text; a zero byte ends each.
+    blob mean_grid_40_text, mean_grid_40.txt
+    .byte 0
+    blob base_grid_text, base_grid.txt
+    .byte 0
 
     # The named resources, all bytes 0 until they are trained. Exported, so not hidden.
     .macro resource name, size
