@@ -1,9 +1,7 @@
 #include "detect/face_window.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
-#include <limits>
 #include <vector>
 
 #include "detect/TIppiFaceDetector.h"
@@ -34,17 +32,7 @@ void cropFace(TIppiImage& image, const FaceWindow& face, TIppiImage& crop) {
   }
 }
 
-double clampToInt(double value) {
-  if (std::isnan(value)) return 0;
-  return std::clamp(value, static_cast<double>(std::numeric_limits<int>::min()),
-                    static_cast<double>(std::numeric_limits<int>::max()));
-}
-
 }  // namespace
-
-int TruncateToInt(double value) { return static_cast<int>(clampToInt(value)); }
-
-int RoundToInt(double value) { return static_cast<int>(std::lrint(clampToInt(value))); }
 
 FaceWindow WindowOf(const TRectangle& rect) {
   const long long x1 = rect.x1;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "detect/TRectangle.h"
+#include "image/to_int.h"
 
 class TIppiFaceDetector;
 class TIppiImage;
@@ -15,11 +16,6 @@ struct FaceWindow {
 };
 
 FaceWindow WindowOf(const TRectangle& rect);
-
-// Towards zero; a value outside the range of int gives its nearest end.
-int TruncateToInt(double value);
-// To the nearest integer, ties to even, with the same ends.
-int RoundToInt(double value);
 
 // Factor from the image to the working image, whose longer side fits the context's InternalResizeWidth and
 // whose shorter side two thirds of it.
