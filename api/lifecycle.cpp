@@ -5,6 +5,7 @@
 #include "api/handles.h"
 #include "api/resources.h"
 #include "detect/TIppiFaceDetector.h"
+#include "features/TNeuroLocator.h"
 #include "image/lock.h"
 #include "image/params.h"
 #include "primitives/ippi.h"
@@ -33,6 +34,7 @@ void initialize() {
   // A second start leaks what the first one made: another thread could still hold a mutex of it.
   for (pthread_mutex_t** mutex : kMutexes) *mutex = NewMutex();
   IppiFaceDetector = std::make_unique<TIppiFaceDetector>().release();
+  NeuroLocator = std::make_unique<TNeuroLocator>().release();
   AbandonAllImages();
   VIZL_resInit();
 }
@@ -55,6 +57,8 @@ int32_t VIZL_Finalize() {
     FreeAllImages();
     delete IppiFaceDetector;
     IppiFaceDetector = nullptr;
+    delete NeuroLocator;
+    NeuroLocator = nullptr;
     FinalizeResources();
     for (pthread_mutex_t** mutex : kMutexes) DeleteMutex(*mutex);
     return VIZLE_OK;

@@ -3,38 +3,8 @@
 
 int32_t VIZL_PutImageAdjustColors(HImage, int32_t, int32_t, HImage, HImage) { return VIZLE_INVALID_ARGUMENT; }
 
-int32_t VIZL_DetectFacialFeatures(HImage, TPoint (*)[40]) { return VIZLE_INVALID_ARGUMENT; }
-
-int32_t VIZL_DetectFacialFeatures_C(HImage, TPoint (*)[40], ContextID) { return VIZLE_INVALID_ARGUMENT; }
-
-int32_t VIZL_DetectFacialFeaturesEx(HImage, TPoint (*)[40], float (*)[40]) { return VIZLE_INVALID_ARGUMENT; }
-
-int32_t VIZL_DetectFacialFeaturesEx_C(HImage, TPoint (*)[40], float (*)[40], ContextID) {
-  return VIZLE_INVALID_ARGUMENT;
-}
-
-int32_t VIZL_DetectFacialFeaturesInRegion(HImage, const TFacePosition*, TPoint (*)[40]) {
-  return VIZLE_INVALID_ARGUMENT;
-}
-
-int32_t VIZL_DetectFacialFeaturesInRegion_C(HImage, const TFacePosition*, TPoint (*)[40], ContextID) {
-  return VIZLE_INVALID_ARGUMENT;
-}
-
-int32_t VIZL_DetectFacialFeaturesInRegionEx(HImage, const TFacePosition*, TPoint (*)[40], float (*)[40]) {
-  return VIZLE_INVALID_ARGUMENT;
-}
-
-int32_t VIZL_DetectFacialFeaturesInRegionEx_C(HImage, const TFacePosition*, TPoint (*)[40], float (*)[40], ContextID) {
-  return VIZLE_INVALID_ARGUMENT;
-}
-
 int32_t VIZL_DetectEyesInRegion(HImage, const TFacePosition*, TPoint (*)[40]) { return VIZLE_INVALID_ARGUMENT; }
 
 int32_t VIZL_DetectEyesInRegion_C(HImage, const TFacePosition*, TPoint (*)[40], ContextID) {
-  return VIZLE_INVALID_ARGUMENT;
-}
-
-int32_t VIZL_ExtractFaceImage(HImage, TPoint (*)[40], int32_t, int32_t, HImage*, TPoint (*)[40]) {
   return VIZLE_INVALID_ARGUMENT;
 }

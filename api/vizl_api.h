@@ -389,43 +389,49 @@ VIZL_API int32_t VIZL_DetectMultipleFaces_C(HImage image, int32_t* count, TFaceP
                                             ContextID context);
 
 /* == Points of a face == */
+/* The search always runs in a picture of 256 by 256 pixels that is cut out around the face, so its time does not
+ * depend on the size of the image. It draws from rand() after a call of srand() with a fixed number: the
+ * application's own sequence starts anew with each search. Results repeat as long as no other thread draws from
+ * rand() meanwhile; parallel searches are safe but may differ from run to run by a pixel or more. A weak fit is
+ * returned like a strong one: see the confidences. Faces that lie more than 10000 pixels right of or below the
+ * image's top left corner are out of the search's reach and give points without meaning or a refusal. */
 
-/* Not yet: answers VIZLE_INVALID_ARGUMENT. Finds the strongest face and its forty points.
+/* Finds the strongest face and its forty points.
  *   image   in.
  *   points  out, not null: the points; all 0 after VIZLE_NO_FACE.
- * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null points), VIZLE_IMAGE_TOO_SMALL, VIZLE_NO_FACE.
- * Threads: the search draws from rand(), so parallel searches are safe but may differ from run to run. */
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null points), VIZLE_IMAGE_TOO_SMALL, VIZLE_NO_FACE. */
 VIZL_API int32_t VIZL_DetectFacialFeatures(HImage image, TPoint (*points)[40]);
 
-/* Not yet, as above. Like VIZL_DetectFacialFeatures, but with the settings of a context. */
+/* Like VIZL_DetectFacialFeatures, but with the settings of a context. */
 VIZL_API int32_t VIZL_DetectFacialFeatures_C(HImage image, TPoint (*points)[40], ContextID context);
 
-/* Not yet, as above. Like VIZL_DetectFacialFeatures, but tells how sure each point is.
- *   confidences  out, may be null: one value a point, higher is better, no fixed lower bound. */
+/* Like VIZL_DetectFacialFeatures, but tells how sure each point is.
+ *   confidences  out, may be null: one value a point, higher is better: about 1.5 is strong, and there is no lower
+ *                bound. As they were if no face was found. */
 VIZL_API int32_t VIZL_DetectFacialFeaturesEx(HImage image, TPoint (*points)[40], float (*confidences)[40]);
 
-/* Not yet, as above. Like VIZL_DetectFacialFeaturesEx, but with the settings of a context. */
+/* Like VIZL_DetectFacialFeaturesEx, but with the settings of a context. */
 VIZL_API int32_t VIZL_DetectFacialFeaturesEx_C(HImage image, TPoint (*points)[40], float (*confidences)[40],
                                                ContextID context);
 
-/* Not yet: answers VIZLE_INVALID_ARGUMENT. Finds the forty points of a face whose position is known.
+/* Finds the forty points of a face whose position is known.
  *   image   in.
- *   face    in, not null: the face.
- *   points  out, not null: the points.
- * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer).
- * Threads: as VIZL_DetectFacialFeatures. */
+ *   face    in, not null: the face, as a detection tells it. What of it lies outside the image counts as black.
+ *   points  out, not null: the points, all inside the image.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer, a face of negative width, an angle that is not finite, a
+ * face so large or so far out that its surroundings don't fit into an image). */
 VIZL_API int32_t VIZL_DetectFacialFeaturesInRegion(HImage image, const TFacePosition* face, TPoint (*points)[40]);
 
-/* Not yet, as above. Like VIZL_DetectFacialFeaturesInRegion; the context has no effect. */
+/* Like VIZL_DetectFacialFeaturesInRegion; the context has no effect. */
 VIZL_API int32_t VIZL_DetectFacialFeaturesInRegion_C(HImage image, const TFacePosition* face, TPoint (*points)[40],
                                                      ContextID context);
 
-/* Not yet, as above. Like VIZL_DetectFacialFeaturesInRegion, but tells how sure each point is.
+/* Like VIZL_DetectFacialFeaturesInRegion, but tells how sure each point is.
  *   confidences  out, may be null: one value a point, higher is better, no fixed lower bound. */
 VIZL_API int32_t VIZL_DetectFacialFeaturesInRegionEx(HImage image, const TFacePosition* face, TPoint (*points)[40],
                                                      float (*confidences)[40]);
 
-/* Not yet, as above. Like VIZL_DetectFacialFeaturesInRegionEx; the context has no effect. */
+/* Like VIZL_DetectFacialFeaturesInRegionEx; the context has no effect. */
 VIZL_API int32_t VIZL_DetectFacialFeaturesInRegionEx_C(HImage image, const TFacePosition* face, TPoint (*points)[40],
                                                        float (*confidences)[40], ContextID context);
 
@@ -450,8 +456,8 @@ VIZL_API int32_t VIZL_DetectEyesInRegion_C(HImage image, const TFacePosition* fa
  *   faceScale       in, finite, above 0: zoom. The natural size is divided by it: 2 shows half as much.
  *   shiftX, shiftY  in, finite: how far the rectangle's centre lies from the face's, in natural widths and
  *                   heights; positive is right and down.
- *   useFeatures     in: true frames by the eyes, false by the face. Until the search for the points of a face is
- *                   there, true frames by the face too.
+ *   useFeatures     in: true searches the points of the face and frames by its eyes: centred between them, 2.4 of
+ *                   their distances counting as the face's width; false frames by the face as detected.
  *   x1, y1, x2, y2  out, not null: the rectangle, inclusive corners.
  * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer, a number out of range or so large that the rectangle
  * can't be computed), VIZLE_IMAGE_TOO_SMALL, VIZLE_NO_FACE. */
@@ -475,15 +481,17 @@ VIZL_API int32_t VIZL_PortraitCut(HImage image, int32_t width, int32_t height, d
 VIZL_API int32_t VIZL_PortraitCut_C(HImage image, int32_t width, int32_t height, double faceScale, double shiftX,
                                     double shiftY, bool useFeatures, HImage destination, ContextID context);
 
-/* Not yet: answers VIZLE_INVALID_ARGUMENT. Cuts the square around forty known points of a face out of a picture,
- * scales it to `width` and tells where the points lie in the result.
+/* Cuts the square around forty known points of a face out of a picture, scales it to `width` and tells where the
+ * points lie in the result.
  *   image              in.
- *   points             in, not null.
+ *   points             in, not null; in pixels from 0 to 10000. The square may reach beyond the picture, where it is
+ *                      black.
  *   width              in, pixels, 1 or more: the result's side, up to about a pixel.
  *   height             in, pixels; only settles a rounding.
  *   destination        out, not null: a new handle, owned by the caller.
- *   destinationPoints  out, not null: the points in pixels of the result.
- * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer, points all in one place). */
+ *   destinationPoints  out, not null: the points in pixels of the result; may be the same as `points`.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer, width below 1, points all in one place, a square or result
+ * too large). */
 VIZL_API int32_t VIZL_ExtractFaceImage(HImage image, TPoint (*points)[40], int32_t width, int32_t height,
                                        HImage* destination, TPoint (*destinationPoints)[40]);
 

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "api/vizl_api.h"
+#include "image/to_int.h"
 
 namespace {
 
@@ -59,6 +61,18 @@ bool TPortraitWish::valid() const {
 const TFacePosition& LargestFace(const TFacePosition* faces, int count) {
   const auto narrower = [](const TFacePosition& a, const TFacePosition& b) { return a.w < b.w; };
   return *std::max_element(faces, faces + count, narrower);
+}
+
+// The sum of the squares passes through a float; results are compared to the pixel.
+TFacePosition FaceByEyes(const TFacePosition& face, const TPoint& left, const TPoint& right) {
+  const int64_t dx = static_cast<int64_t>(right.x) - left.x;
+  const int64_t dy = static_cast<int64_t>(right.y) - left.y;
+  const float square = static_cast<float>(dx) * static_cast<float>(dx) + static_cast<float>(dy * dy);
+  TFacePosition byEyes = face;
+  byEyes.xc = static_cast<int>((static_cast<int64_t>(left.x) + right.x) / 2);
+  byEyes.yc = static_cast<int>((static_cast<int64_t>(left.y) + right.y) / 2);
+  byEyes.w = TruncateToInt(2.4 * std::sqrt(static_cast<double>(square)));
+  return byEyes;
 }
 
 bool CalculatePortraitFrame(const TFacePosition& face, int imageWidth, int imageHeight, const TPortraitWish& wish,

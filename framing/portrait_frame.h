@@ -1,8 +1,9 @@
 // The rectangle that makes a good portrait of a face, and its cut.
 #pragma once
 
-struct TFacePosition;
 class TIppiImage;
+struct TFacePosition;
+struct TPoint;
 
 // Inclusive corners in pixels, y from the top of the picture.
 struct TPortraitFrame {
@@ -26,6 +27,9 @@ struct TPortraitWish {
 
 // The face with the largest w, the first of equals. `count` is 1 or more.
 const TFacePosition& LargestFace(const TFacePosition* faces, int count);
+
+// The face again, with its centre between the eyes and 2.4 times their distance as its width.
+TFacePosition FaceByEyes(const TFacePosition& face, const TPoint& left, const TPoint& right);
 
 // The frame for a face in an image of imageWidth by imageHeight pixels. False, with the frame untouched, if a step
 // gives a number that is not finite or that no int holds.
