@@ -1,5 +1,6 @@
 // VIZL_GetFacePosition and VIZL_PortraitCut.
 #include <climits>
+#include <cmath>
 #include <limits>
 
 #include "library_fixture.h"
@@ -40,14 +41,20 @@ TEST_F(Portrait, TheFrameLiesAroundTheFace) {
   EXPECT_NEAR(frame.y2 - frame.y1, 1.6 * face.w, 0.3 * face.w);
 }
 
-TEST_F(Portrait, FeaturesFallBackToTheFace) {
+// By features, the frame is the one around a face at the found eyes, whatever they are.
+TEST_F(Portrait, FeaturesFrameByTheEyes) {
   const HImage image = ImageOf(DiscPicture(900, 700, 450, 350, 60));
-  Frame byFace, byFeatures;
-  ASSERT_EQ(find(image, 300, 400, 1, 0, 0, byFace), VIZLE_OK);
-  ASSERT_EQ(VIZL_GetFacePosition(image, 300, 400, 1, 0, 0, true, &byFeatures.x1, &byFeatures.y1, &byFeatures.x2,
-                                 &byFeatures.y2),
-            VIZLE_OK);
-  EXPECT_EQ(byFace, byFeatures);
+  TFacePosition face;
+  int32_t count;
+  ASSERT_EQ(VIZL_DetectMultipleFaces(image, &count, &face, sizeof(face)), VIZLE_OK);
+  TPoint points[40];
+  ASSERT_EQ(VIZL_DetectFacialFeaturesInRegion(image, &face, &points), VIZLE_OK);
+  const double distance = std::hypot(points[0].x - points[1].x, points[0].y - points[1].y);
+  Frame f;
+  ASSERT_EQ(VIZL_GetFacePosition(image, 400, 400, 1, 0, 0, true, &f.x1, &f.y1, &f.x2, &f.y2), VIZLE_OK);
+  EXPECT_EQ((f.x1 + f.x2) / 2, (points[0].x + points[1].x) / 2);
+  EXPECT_EQ((f.y1 + f.y2) / 2, (points[0].y + points[1].y) / 2);
+  EXPECT_EQ(f.x2 - f.x1, 2 * static_cast<int>(0.6 * static_cast<int>(2.4 * distance)));
 }
 
 // The cut has to be what an application gets by the same steps on handles.

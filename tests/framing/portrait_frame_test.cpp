@@ -185,4 +185,17 @@ TEST(LargestFace, IsTheFirstOfEquals) {
   EXPECT_EQ(LargestFace(faces, 1).xc, 1);
 }
 
+TEST(FaceByEyes, LiesBetweenThemAndIsTruncated) {
+  const auto byEyes = [](TPoint left, TPoint right) { return FaceByEyes({1, 2, 3, 4, 5.5}, left, right); };
+  const TFacePosition level = byEyes({100, 50}, {151, 50});
+  EXPECT_EQ(level.xc, 125);
+  EXPECT_EQ(level.yc, 50);
+  EXPECT_EQ(level.w, 122) << "of 122.4";
+  EXPECT_EQ(level.angle, 5.5);
+  EXPECT_EQ(byEyes({0, 0}, {3, -4}).w, 12);
+  EXPECT_EQ(byEyes({0, 0}, {3, -5}).yc, -2) << "towards zero";
+  EXPECT_EQ(byEyes({7, 7}, {7, 7}).w, 0);
+  EXPECT_NEAR(byEyes({0, 0}, {65534, 65534}).w, 222429, 1) << "squares beyond an int";
+}
+
 }  // namespace
