@@ -5,6 +5,7 @@
 #include "api/handles.h"
 #include "api/resources.h"
 #include "detect/TIppiFaceDetector.h"
+#include "eyes/eye_model.h"
 #include "features/TNeuroLocator.h"
 #include "image/lock.h"
 #include "image/params.h"
@@ -37,6 +38,7 @@ void initialize() {
   NeuroLocator = std::make_unique<TNeuroLocator>().release();
   AbandonAllImages();
   VIZL_resInit();
+  InitEyes();
 }
 
 }  // namespace
@@ -55,6 +57,7 @@ int32_t VIZL_Finalize() {
   return Exported([] {
     LibraryReady = false;
     FreeAllImages();
+    FinalizeEyes();
     delete IppiFaceDetector;
     IppiFaceDetector = nullptr;
     delete NeuroLocator;

@@ -435,14 +435,18 @@ VIZL_API int32_t VIZL_DetectFacialFeaturesInRegionEx(HImage image, const TFacePo
 VIZL_API int32_t VIZL_DetectFacialFeaturesInRegionEx_C(HImage image, const TFacePosition* face, TPoint (*points)[40],
                                                        float (*confidences)[40], ContextID context);
 
-/* Not yet: answers VIZLE_INVALID_ARGUMENT. Finds the eyes of a face whose position is known.
+/* Finds the eyes of a face whose position is known. The face is taken as upright: its angle has no effect, and beyond
+ * about 10 degrees the result gets worse. There is always a result, also where there is no eye.
  *   image   in.
- *   face    in, not null: the face.
- *   points  out, not null: entries 0 and 1 are the eyes; the other 38 stay as they were.
- * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer). */
+ *   face    in, not null: the face, as detection gives it. It may reach beyond the picture, which counts as black there.
+ *   points  out, not null: entries 0 and 1 are the centres of the eyes, entry 0 the one at the smaller x, in pixels of
+ *           the picture and inside it; the other 38 stay as they were. After a failure all 40 do.
+ * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer, empty image, negative width, a face larger than an image
+ * may be).
+ * Threads: any number of calls at once, on one image too. */
 VIZL_API int32_t VIZL_DetectEyesInRegion(HImage image, const TFacePosition* face, TPoint (*points)[40]);
 
-/* Not yet, as above. Like VIZL_DetectEyesInRegion; the context has no effect. */
+/* Like VIZL_DetectEyesInRegion; the context has no effect. */
 VIZL_API int32_t VIZL_DetectEyesInRegion_C(HImage image, const TFacePosition* face, TPoint (*points)[40],
                                            ContextID context);
 

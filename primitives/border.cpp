@@ -91,6 +91,14 @@ IppStatus ippiCopyConstBorder_8u_C4R(const Ipp8u* src, int srcStep, IppiSize src
   return constBorder<4>(src, srcStep, dst, dstStep, {srcRoi, dstRoi, top, left}, value);
 }
 
+IppStatus ippiCopyConstBorder_32s_C1R(const Ipp32s* src, int srcStep, IppiSize srcRoi, Ipp32s* dst, int dstStep,
+                                      IppiSize dstRoi, int top, int left, Ipp32s value) {
+  Ipp8u bytes[sizeof value];
+  std::memcpy(bytes, &value, sizeof value);
+  return constBorder<4>(reinterpret_cast<const Ipp8u*>(src), srcStep, reinterpret_cast<Ipp8u*>(dst), dstStep,
+                        {srcRoi, dstRoi, top, left}, bytes);
+}
+
 IppStatus ippiCopyReplicateBorder_8u_C1R(const Ipp8u* src, int srcStep, IppiSize srcRoi, Ipp8u* dst, int dstStep,
                                          IppiSize dstRoi, int top, int left) {
   return replicateBorder<1>(src, srcStep, dst, dstStep, {srcRoi, dstRoi, top, left});

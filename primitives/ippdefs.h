@@ -35,6 +35,11 @@ struct IppiRect {
   int height;
 };
 
+struct IppiPoint {
+  int x;
+  int y;
+};
+
 // Flip codes of ippiMirror_*: the axis that the picture is turned about.
 constexpr int ippAxsHorizontal = 0;
 constexpr int ippAxsVertical = 1;
@@ -47,3 +52,6 @@ constexpr unsigned IPPI_SMOOTH_EDGE = 0x80000000u;
 
 // Composition types of ippiAlphaComp_*.
 constexpr int ippAlphaOver = 0;
+
+// Scaling flag of ippiFFTInitAlloc_*: the inverse transform divides by the number of pixels.
+constexpr int IPP_FFT_DIV_INV_BY_N = 2;

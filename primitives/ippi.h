@@ -67,6 +67,10 @@ IppStatus ippiCopyReplicateBorder_8u_C3R(const Ipp8u* src, int srcStep, IppiSize
 IppStatus ippiCopyReplicateBorder_8u_C4R(const Ipp8u* src, int srcStep, IppiSize srcRoi, Ipp8u* dst, int dstStep,
                                          IppiSize dstRoi, int top, int left);
 
+// On words of 4 bytes, floats among them.
+IppStatus ippiCopyConstBorder_32s_C1R(const Ipp32s* src, int srcStep, IppiSize srcRoi, Ipp32s* dst, int dstStep,
+                                      IppiSize dstRoi, int top, int left, Ipp32s value);
+
 // --- Colour to gray: (w0 b0 + w1 b1 + w2 b2) >> 12 in memory order ------------------------------------
 // Fixed weights 1225, 2404, 467 of 4096.
 IppStatus ippiRGBToGray_8u_C3C1R(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize roi);
@@ -139,3 +143,25 @@ IppStatus ippiAlphaComp_8u_AC4R(const Ipp8u* a, int aStep, const Ipp8u* b, int b
 // Counts per half-open bin of `levelCount` - 1 even bins from `lower` to `upper`.
 IppStatus ippiHistogramEven_8u_C1R(const Ipp8u* src, int srcStep, IppiSize roi, Ipp32s* histogram, Ipp32s* levels,
                                    int levelCount, Ipp32s lower, Ipp32s upper);
+
+// --- Real transform -----------------------------------------------------------------------------------
+// For images of 2^orderX by 2^orderY floats, orders 1 to 12. Only read by the transforms: any number of threads may
+// share one.
+struct IppiFFTSpec_R_32f;
+
+// `flag` is IPP_FFT_DIV_INV_BY_N, anything else answers ippStsBadArgErr, as do orders out of range; `hint` has no
+// effect.
+IppStatus ippiFFTInitAlloc_R_32f(IppiFFTSpec_R_32f** spec, int orderX, int orderY, int flag, int hint);
+IppStatus ippiFFTFree_R_32f(IppiFFTSpec_R_32f* spec);
+// Real image to packed spectrum and back, in place. Spectra are only good for each other: their order is private.
+// `buffer` is memory for twice the image's floats, or null: then the call takes its own.
+IppStatus ippiFFTFwd_RToPack_32f_C1IR(Ipp32f* srcDst, int step, const IppiFFTSpec_R_32f* spec, Ipp8u* buffer);
+IppStatus ippiFFTInv_PackToR_32f_C1IR(Ipp32f* srcDst, int step, const IppiFFTSpec_R_32f* spec, Ipp8u* buffer);
+// Product of two packed spectra, which makes the circular convolution of their images. `roi` is the whole image;
+// sides that are no power of two from 2 on answer ippStsSizeErr.
+IppStatus ippiMulPack_32f_C1IR(const Ipp32f* src, int srcStep, Ipp32f* srcDst, int srcDstStep, IppiSize roi);
+
+// --- Largest value in a window ------------------------------------------------------------------------
+// The window's pixel `anchor` stands on the destination's pixel; the source is read as far as the windows reach.
+IppStatus ippiFilterMax_32f_C1R(const Ipp32f* src, int srcStep, Ipp32f* dst, int dstStep, IppiSize roi, IppiSize mask,
+                                IppiPoint anchor);

@@ -12,3 +12,7 @@ IppStatus ippsThreshold_LTValGTVal_32f_I(Ipp32f* srcDst, int length, Ipp32f leve
                                          Ipp32f valueGT);
 // Element i goes to partial sum i mod 16; the upper half of the sums is added to the lower one until one is left.
 IppStatus ippsDotProd_32f(const Ipp32f* src1, const Ipp32f* src2, int length, Ipp32f* product);
+IppStatus ippsAbs_32f(const Ipp32f* src, Ipp32f* dst, int length);
+IppStatus ippsAbs_32f_I(Ipp32f* srcDst, int length);
+// srcDst[i] becomes the larger of srcDst[i] and src[i].
+IppStatus ippsMaxEvery_32f_I(const Ipp32f* src, Ipp32f* srcDst, int length);

@@ -1,3 +1,4 @@
+#include <cmath>
 #include <cstddef>
 
 #include "primitives/ipps.h"
@@ -54,5 +55,19 @@ IppStatus ippsDotProd_32f(const Ipp32f* src1, const Ipp32f* src2, int length, Ip
     for (int k = 0; k < half; ++k) sums[k] += sums[k + half];
   }
   *product = sums[0];
+  return ippStsNoErr;
+}
+
+IppStatus ippsAbs_32f(const Ipp32f* src, Ipp32f* dst, int length) {
+  if (const IppStatus status = checkVector(length, src, dst)) return status;
+  for (int i = 0; i < length; ++i) dst[i] = std::fabs(src[i]);
+  return ippStsNoErr;
+}
+
+IppStatus ippsAbs_32f_I(Ipp32f* srcDst, int length) { return ippsAbs_32f(srcDst, srcDst, length); }
+
+IppStatus ippsMaxEvery_32f_I(const Ipp32f* src, Ipp32f* srcDst, int length) {
+  if (const IppStatus status = checkVector(length, src, srcDst)) return status;
+  for (int i = 0; i < length; ++i) srcDst[i] = srcDst[i] < src[i] ? src[i] : srcDst[i];
   return ippStsNoErr;
 }
