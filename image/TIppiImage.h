@@ -90,6 +90,24 @@ class TIppiImage {
   // top left pixel falls, y from the top. The last column and the top row of the overlap are left out.
   void PutOver(TIppiImage& back, TIppiImage& result, int x, int y);
 
+  // Brings the brightness of each colour channel to that of `other`, which is to have the same size, pixel by pixel
+  // by local means, then multiplies alpha by 3.375. 0, or -1 with nothing changed unless both are imRGBA32. Where
+  // the sizes differ, the rows that both have are matched.
+  int AdjustLevelsWithAlpha(TIppiImage& other);
+  // One channel (0 to 2) of that: `image` is divided by the ratio of its local means to those of `other`. The float
+  // has no effect.
+  static void AdjustLevelsWithAlphaSingleChannel(TIppiImage& other, TIppiImage& image, int channel, float,
+                                                 TIppiImage& otherSmall, TIppiImage& imageSmall, TIppiImage& otherLarge,
+                                                 TIppiImage& imageLarge);
+
+  // Divides each colour channel by one ratio, so that its mean over the central thirds comes to that of `other`.
+  void AdjustLevelsWith(TIppiImage& other);
+  // The same for one channel.
+  void AdjustLevelsSingleChannelTest(TIppiImage& other, int channel);
+  // The same for one channel of `target`. Nothing happens if either is not of an 8-bit mode or lacks the channel, or
+  // if the reference has fewer than 3 rows. Sizes that differ count as far as both images reach.
+  static void AdjustLevelsSingleChannel(TIppiImage& reference, TIppiImage& target, int channel);
+
  private:
   void SetSizeFields(int width, int height, int step);
 };

@@ -72,3 +72,25 @@ IppStatus ippiCopy_8u_P4C4R(const Ipp8u* const src[4], int srcStep, Ipp8u* dst, 
   join<4>(src, srcStep, dst, dstStep, roi);
   return ippStsNoErr;
 }
+
+IppStatus ippiCopy_32f_C4P4R(const Ipp32f* src, int srcStep, Ipp32f* const dst[4], int dstStep, IppiSize roi) {
+  if (dst == nullptr) return ippStsNullPtrErr;
+  if (const IppStatus status = checkRegion(roi, src, dst[0], dst[1], dst[2], dst[3])) return status;
+  for (int y = 0; y < roi.height; ++y) {
+    Ipp32f* const rows[4] = {rowAt(dst[0], dstStep, y), rowAt(dst[1], dstStep, y), rowAt(dst[2], dstStep, y),
+                             rowAt(dst[3], dstStep, y)};
+    kernels().overlay.splitC4(rowAt(src, srcStep, y), rows, static_cast<std::size_t>(roi.width));
+  }
+  return ippStsNoErr;
+}
+
+IppStatus ippiCopy_32f_P4C4R(const Ipp32f* const src[4], int srcStep, Ipp32f* dst, int dstStep, IppiSize roi) {
+  if (src == nullptr) return ippStsNullPtrErr;
+  if (const IppStatus status = checkRegion(roi, src[0], src[1], src[2], src[3], dst)) return status;
+  for (int y = 0; y < roi.height; ++y) {
+    const Ipp32f* const rows[4] = {rowAt(src[0], srcStep, y), rowAt(src[1], srcStep, y), rowAt(src[2], srcStep, y),
+                                   rowAt(src[3], srcStep, y)};
+    kernels().overlay.joinC4(rows, rowAt(dst, dstStep, y), static_cast<std::size_t>(roi.width));
+  }
+  return ippStsNoErr;
+}

@@ -35,16 +35,19 @@ Kernels makeTable(CpuLevel level) {
   fillPixelKernelsBase(table.pixel);
   fillResampleKernelsBase(table.resample);
   fillHaarKernelsBase(table.haar);
+  fillOverlayKernelsBase(table.overlay);
 #if defined(__x86_64__)
   if (level >= CpuLevel::sse41) {
     fillPixelKernelsSse41(table.pixel);
     fillResampleKernelsSse41(table.resample);
     fillHaarKernelsSse41(table.haar);
+    fillOverlayKernelsSse41(table.overlay);
   }
   if (level >= CpuLevel::avx2) {
     fillPixelKernelsAvx2(table.pixel);
     fillResampleKernelsAvx2(table.resample);
     fillHaarKernelsAvx2(table.haar);
+    fillOverlayKernelsAvx2(table.overlay);
   }
 #else
   (void)level;

@@ -22,6 +22,9 @@ IppStatus ippiCopy_8u_C3AC4R(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstS
 IppStatus ippiCopy_8u_C1C4R(const Ipp8u* src, int srcStep, Ipp8u* dst, int dstStep, IppiSize roi);
 IppStatus ippiCopy_8u_P3C3R(const Ipp8u* const src[3], int srcStep, Ipp8u* dst, int dstStep, IppiSize roi);
 IppStatus ippiCopy_8u_P4C4R(const Ipp8u* const src[4], int srcStep, Ipp8u* dst, int dstStep, IppiSize roi);
+// Four channels into planes that share one step, and back.
+IppStatus ippiCopy_32f_C4P4R(const Ipp32f* src, int srcStep, Ipp32f* const dst[4], int dstStep, IppiSize roi);
+IppStatus ippiCopy_32f_P4C4R(const Ipp32f* const src[4], int srcStep, Ipp32f* dst, int dstStep, IppiSize roi);
 
 // --- Conversions of depth: each value to the float of the same value --------------------------------
 IppStatus ippiConvert_8u32f_C1R(const Ipp8u* src, int srcStep, Ipp32f* dst, int dstStep, IppiSize roi);
@@ -135,6 +138,17 @@ IppStatus ippiGetHaarClassifierSize_32f(IppiHaarClassifier_32f* state, IppiSize*
 IppStatus ippiApplyHaarClassifier_32f_C1R(const Ipp32f* sum, int sumStep, const Ipp32f* norm, int normStep,
                                           Ipp8u* mask, int maskStep, IppiSize roi, int* positive, Ipp32f threshold,
                                           IppiHaarClassifier_32f* state);
+
+// --- Gaussian filter ----------------------------------------------------------------------------------
+// A kernel size that is even or below 3, or a sigma that is not finite or not above 0 (in single precision its square
+// too), answers ippStsBadArgErr; sizes for which the work buffer would pass 2 GiB ippStsSizeErr.
+IppStatus ippiFilterGaussGetBufferSize_32f_C1R(IppiSize roi, int kernelSize, int* bufferSize);
+// Gaussian mean over rows, then over columns; beyond the region its nearest pixel counts, whatever the border type
+// and value. The weights are normalised. `buffer` has the size told by the function above, `dst` is not `src`, and
+// steps below the bytes of a row answer ippStsStepErr.
+IppStatus ippiFilterGaussBorder_32f_C1R(const Ipp32f* src, int srcStep, Ipp32f* dst, int dstStep, IppiSize roi,
+                                        int kernelSize, Ipp32f sigma, int borderType, Ipp32f borderValue,
+                                        Ipp8u* buffer);
 
 // --- Composition and statistics -----------------------------------------------------------------------
 // A over B, premultiplied result, all four channels written.

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "primitives/haar_kernels.h"
+#include "primitives/overlay_kernels.h"
 #include "primitives/pixel_kernels.h"
 #include "primitives/resample_kernels.h"
 
@@ -12,6 +13,7 @@ struct Kernels {
   PixelKernels pixel;
   ResampleKernels resample;
   HaarKernels haar;
+  OverlayKernels overlay;
 };
 
 // The table in use. The environment variable PORTRAITCUT_CPU (base, sse41 or avx2) can lower the level

@@ -35,6 +35,7 @@ TEST_P(KernelTable, HasEveryKernel) {
   expectSet(table->pixel, "pixel");
   expectSet(table->resample, "resample");
   expectSet(table->haar, "haar");
+  expectSet(table->overlay, "overlay");
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, KernelTable, testing::Values(CpuLevel::base, CpuLevel::sse41, CpuLevel::avx2),
