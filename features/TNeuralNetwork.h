@@ -2,10 +2,11 @@
 #pragma once
 
 #include "image/TIppiImage.h"
+#include "primitives/patch_kernels.h"
 
-constexpr int kPatchSide = 32;
-constexpr int kPatchPixels = kPatchSide * kPatchSide;
-constexpr int kHiddenNeurons = 3;
+
+
+
 // Side of the frame that patches are taken from, and of the tables over its positions.
 constexpr int kFaceFrameSide = 256;
 

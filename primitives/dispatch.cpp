@@ -36,18 +36,24 @@ Kernels makeTable(CpuLevel level) {
   fillResampleKernelsBase(table.resample);
   fillHaarKernelsBase(table.haar);
   fillOverlayKernelsBase(table.overlay);
+  fillVectorKernelsBase(table.vector);
+  fillPatchKernelsBase(table.patch);
 #if defined(__x86_64__)
   if (level >= CpuLevel::sse41) {
     fillPixelKernelsSse41(table.pixel);
     fillResampleKernelsSse41(table.resample);
     fillHaarKernelsSse41(table.haar);
     fillOverlayKernelsSse41(table.overlay);
+    fillVectorKernelsSse41(table.vector);
+    fillPatchKernelsSse41(table.patch);
   }
   if (level >= CpuLevel::avx2) {
     fillPixelKernelsAvx2(table.pixel);
     fillResampleKernelsAvx2(table.resample);
     fillHaarKernelsAvx2(table.haar);
     fillOverlayKernelsAvx2(table.overlay);
+    fillVectorKernelsAvx2(table.vector);
+    fillPatchKernelsAvx2(table.patch);
   }
 #else
   (void)level;

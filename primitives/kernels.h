@@ -4,8 +4,10 @@
 
 #include "primitives/haar_kernels.h"
 #include "primitives/overlay_kernels.h"
+#include "primitives/patch_kernels.h"
 #include "primitives/pixel_kernels.h"
 #include "primitives/resample_kernels.h"
+#include "primitives/vector_kernels.h"
 
 enum class CpuLevel { base = 0, sse41 = 1, avx2 = 2 };
 
@@ -14,6 +16,8 @@ struct Kernels {
   ResampleKernels resample;
   HaarKernels haar;
   OverlayKernels overlay;
+  VectorKernels vector;
+  PatchKernels patch;
 };
 
 // The table in use. The environment variable PORTRAITCUT_CPU (base, sse41 or avx2) can lower the level

@@ -22,39 +22,26 @@ IppStatus ippsConvert_8u32f(const Ipp8u* src, Ipp32f* dst, int length) {
 
 IppStatus ippsMulC_32f_I(Ipp32f value, Ipp32f* srcDst, int length) {
   if (const IppStatus status = checkVector(length, srcDst)) return status;
-  for (int i = 0; i < length; ++i) srcDst[i] *= value;
+  kernels().vector.mulC(value, srcDst, static_cast<std::size_t>(length));
   return ippStsNoErr;
 }
 
 IppStatus ippsAddC_32f_I(Ipp32f value, Ipp32f* srcDst, int length) {
   if (const IppStatus status = checkVector(length, srcDst)) return status;
-  for (int i = 0; i < length; ++i) srcDst[i] += value;
+  kernels().vector.addC(value, srcDst, static_cast<std::size_t>(length));
   return ippStsNoErr;
 }
 
 IppStatus ippsThreshold_LTValGTVal_32f_I(Ipp32f* srcDst, int length, Ipp32f levelLT, Ipp32f valueLT, Ipp32f levelGT,
                                          Ipp32f valueGT) {
   if (const IppStatus status = checkVector(length, srcDst)) return status;
-  for (int i = 0; i < length; ++i) {
-    const Ipp32f value = srcDst[i];
-    srcDst[i] = value < levelLT ? valueLT : value > levelGT ? valueGT : value;
-  }
+  kernels().vector.threshold(srcDst, static_cast<std::size_t>(length), levelLT, valueLT, levelGT, valueGT);
   return ippStsNoErr;
 }
 
 IppStatus ippsDotProd_32f(const Ipp32f* src1, const Ipp32f* src2, int length, Ipp32f* product) {
   if (const IppStatus status = checkVector(length, src1, src2, product)) return status;
-  constexpr int kSums = 16;
-  Ipp32f sums[kSums] = {};
-  int i = 0;
-  for (; i + kSums <= length; i += kSums) {
-    for (int k = 0; k < kSums; ++k) sums[k] += src1[i + k] * src2[i + k];
-  }
-  for (int k = 0; i + k < length; ++k) sums[k] += src1[i + k] * src2[i + k];
-  for (int half = kSums / 2; half > 0; half /= 2) {
-    for (int k = 0; k < half; ++k) sums[k] += sums[k + half];
-  }
-  *product = sums[0];
+  *product = kernels().vector.dotProd(src1, src2, static_cast<std::size_t>(length));
   return ippStsNoErr;
 }
 
