@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
-#include <utility>
 
 #include "api/vizl_api.h"
 #include "features/TNeuroLocator.h"
+#include "features/sort_ranked.h"
 
 namespace {
 
@@ -18,69 +17,87 @@ std::size_t parentCount(std::size_t population) {
   return std::min(static_cast<std::size_t>(count), population);
 }
 
+// Sorts by value, so far that the first `wanted` members of the range stand where a whole sort puts them.
+void sortMembers(TNeuroChromosome** members, int left, int right, int wanted) {
+  std::vector<RankedMember> ranked(static_cast<std::size_t>(right + 1));
+  for (int i = left; i <= right; ++i) ranked[static_cast<std::size_t>(i)] = {members[i]->Value, members[i]};
+  SortRanked(ranked.data(), left, right, wanted);
+  for (int i = left; i <= right; ++i) members[i] = ranked[static_cast<std::size_t>(i)].member;
+}
+
 }  // namespace
 
 TGenetic::TGenetic(int populationSize, TNeuroLocator* locator) : Locator(locator) {
   GenerateInitialPopulation(populationSize);
 }
 
-TGenetic::~TGenetic() {
-  for (TNeuroChromosome* member : Population) delete member;
+void TGenetic::GenerateInitialPopulation(int populationSize) {
+  if (populationSize > 0) AddMembers(Population, static_cast<std::size_t>(populationSize));
 }
 
-void TGenetic::GenerateInitialPopulation(int populationSize) {
-  for (int i = 0; i < populationSize; ++i) Population.push_back(std::make_unique<TNeuroChromosome>(this).release());
+void TGenetic::AddMembers(Members& members, std::size_t count) {
+  blocks_.push_back(std::make_unique<TNeuroChromosome[]>(count));
+  for (std::size_t i = 0; i < count; ++i) {
+    blocks_.back()[i].Owner = this;
+    members.push_back(&blocks_.back()[i]);
+  }
 }
 
 void TGenetic::Solve(float) {
   Generation = 0;
-  const std::size_t size = Population.size(), parents = parentCount(size);
-  if (size == 0) return;
-  std::vector<TNeuroChromosome*> spare;
-  for (std::size_t c = 0; c < parents * (parents - 1); ++c) spare.push_back(new TNeuroChromosome(this));
-  for (TNeuroChromosome* member : Population) {
-    member->Randomize();
-    member->CalcValue();
-  }
-  SortPopulation(&Population, 0, static_cast<int>(size) - 1);
+  if (Population.empty()) return;
+  const std::size_t parents = parentCount(Population.size());
+  Members children;
+  AddMembers(children, parents * (parents - 1));
+  for (TNeuroChromosome* member : Population) member->Randomize();
+  Evaluate(Population);
+  SortPopulation(&Population, 0, static_cast<int>(Population.size()) - 1);
   do {
-    std::size_t c = 0;
-    for (std::size_t a = 0; a < parents; ++a) {
-      for (std::size_t b = 0; b < parents; ++b) {
-        if (a == b) continue;
-        TNeuroChromosome& child = *spare[c++];
-        child.Copy(Population[a]);
-        child.Crossingover(Population[b]);
-        child.Mutate();
-        child.CalcValue();
-      }
-    }
-    Population.insert(Population.end(), spare.begin(), spare.end());
-    SortPopulation(&Population, 0, static_cast<int>(Population.size()) - 1);
-    std::copy(Population.begin() + static_cast<std::ptrdiff_t>(size), Population.end(), spare.begin());
-    Population.resize(size);
+    Breed(children);
+    Evaluate(children);
+    KeepBest(children);
     ++Generation;
     Population[0]->CalcValue();
     Locator->CopyGridFromGrid1L();
   } while (Generation <= kLastGeneration && !NeedInterrupt);
-  for (TNeuroChromosome* child : spare) delete child;
+}
+
+// Values draw no random numbers, so they may wait until all members are made.
+void TGenetic::Evaluate(const Members& members) {
+  for (std::size_t first = 0; first < members.size(); first += kShapeLanes) {
+    const int count = static_cast<int>(std::min<std::size_t>(kShapeLanes, members.size() - first));
+    const float* parameters[kShapeLanes];
+    float values[kShapeLanes];
+    for (int i = 0; i < count; ++i) parameters[i] = members[first + static_cast<std::size_t>(i)]->Parameters.data();
+    Locator->ShapeSimilarities(parameters, count, values);
+    for (int i = 0; i < count; ++i) members[first + static_cast<std::size_t>(i)]->Value = values[i];
+  }
+}
+
+// The first of the population in all ordered pairs, as many as give the children.
+void TGenetic::Breed(const Members& children) {
+  auto child = children.begin();
+  for (std::size_t a = 0; child != children.end(); ++a) {
+    const std::size_t parents = parentCount(Population.size());
+    for (std::size_t b = 0; b < parents; ++b) {
+      if (a == b) continue;
+      (*child)->Copy(Population[a]);
+      (*child)->Crossingover(Population[b]);
+      (*child)->Mutate();
+      ++child;
+    }
+  }
+}
+
+// Survival by rank alone; the others become the next children, in any order, since those are made anew.
+void TGenetic::KeepBest(Members& children) {
+  const auto size = static_cast<std::ptrdiff_t>(Population.size());
+  Population.insert(Population.end(), children.begin(), children.end());
+  sortMembers(Population.data(), 0, static_cast<int>(Population.size()) - 1, static_cast<int>(size));
+  std::copy(Population.begin() + size, Population.end(), children.begin());
+  Population.resize(static_cast<std::size_t>(size));
 }
 
 void TGenetic::SortPopulation(std::vector<TNeuroChromosome*>* population, int left, int right) {
-  const auto at = [&](int i) -> TNeuroChromosome*& { return (*population)[static_cast<std::size_t>(i)]; };
-  for (;;) {
-    int i = left, j = right;
-    const float pivot = at((left + right) / 2)->Value;
-    do {
-      while (at(i)->Value > pivot) ++i;
-      while (at(j)->Value < pivot) --j;
-      if (j < i) break;
-      std::swap(at(i), at(j));
-      ++i;
-      --j;
-    } while (j >= i);
-    if (left < j) SortPopulation(population, left, j);
-    if (i >= right) return;
-    left = i;
-  }
+  sortMembers(population->data(), left, right, right + 1);
 }

@@ -1,50 +1,41 @@
 #include "features/TNeuralNetwork.h"
 
-#include <cmath>
-
-#include "features/patch.h"
+#include "features/TPatchImage.h"
 #include "primitives/ipps.h"
+#include "primitives/kernels.h"
 
-namespace {
-
-float activation(float sum) { return static_cast<float>(0.5 * std::tanh(static_cast<double>(sum))); }
-
-}  // namespace
-
-TNeuralNetwork::TNeuralNetwork() : Patch(imGray8) {
-  Patch.AllocNew(kPatchSide, kPatchSide);
-  Patch.Step = kPatchSide;
+float TNeuralNetwork::PropagateImageI(TPatchImage& image, int left, int top) const {
+  float sums[kHiddenNeurons];
+  HiddenSums(image, left, top, sums);
+  return Activate(sums);
 }
 
-float TNeuralNetwork::PropagateImageI(TIppiImage& image, int x1, int y1, int x2, int y2) {
-  // The image is upside down, so flipped rows put the patch's top row first in memory.
-  image.CopyTo(Patch, x1, kFaceFrameSide - 1 - y2, x2, kFaceFrameSide - 1 - y1, true);
-  TPatchRange range;
-  FindRange(range.Low, range.High, (x1 + x2) / 2, (y1 + y2) / 2);
-  float input[kPatchPixels];
-  NormalisePatch(Patch.Pixels, range, input);
-  return FastPropagate_I(input);
-}
-
-void TNeuralNetwork::FindRange(unsigned char& low, unsigned char& high, int cx, int cy) {
-  if (!PatchKnown[cx][cy]) {
-    const TPatchRange range = FindPatchRange(Patch.Pixels);
-    PatchLow[cx][cy] = range.Low;
-    PatchHigh[cx][cy] = range.High;
-    PatchKnown[cx][cy] = 1;
+float TNeuralNetwork::FastPropagate_I(const float* input) const {
+  float sums[kHiddenNeurons];
+  for (int j = 0; j < kHiddenNeurons; ++j) {
+    ippsDotProd_32f(Hidden[j].Weights + 1, input, kPatchPixels, &sums[j]);
+    sums[j] += Hidden[j].Weights[0];
   }
-  low = PatchLow[cx][cy];
-  high = PatchHigh[cx][cy];
+  return Activate(sums);
 }
 
-float TNeuralNetwork::FastPropagate_I(float* input) {
-  for (TNeuron& neuron : Hidden) {
-    float sum = 0.0F;
-    ippsDotProd_32f(neuron.Weights + 1, input, kPatchPixels, &sum);
-    neuron.Output = activation(sum + neuron.Weights[0]);
-  }
+void TNeuralNetwork::HiddenSums(TPatchImage& image, int left, int top, float sums[kHiddenNeurons]) const {
+  const float* const weights[] = {Hidden[0].Weights + 1, Hidden[1].Weights + 1, Hidden[2].Weights + 1};
+  const TPatchScale scale = FindPatchScale(image.Range(left, top));
+  kernels().patch.hiddenSums(image.Patch(left, top), TPatchImage::kStep, scale.factor, scale.offset, weights, sums);
+  for (int j = 0; j < kHiddenNeurons; ++j) sums[j] += Hidden[j].Weights[0];
+}
+
+float TNeuralNetwork::OutputSum(const float activations[kHiddenNeurons]) const {
   float sum = OutputNeuron.Weights[0];
-  for (int j = 0; j < kHiddenNeurons; ++j) sum += OutputNeuron.Weights[j + 1] * Hidden[j].Output;
-  OutputNeuron.Output = activation(sum);
-  return OutputNeuron.Output;
+  for (int j = 0; j < kHiddenNeurons; ++j) sum += OutputNeuron.Weights[j + 1] * activations[j];
+  return sum;
+}
+
+float TNeuralNetwork::Activate(float sums[kHiddenNeurons]) const {
+  const auto halfTanh = kernels().patch.halfTanh;
+  halfTanh(sums, sums, kHiddenNeurons);
+  float output = OutputSum(sums);
+  halfTanh(&output, &output, 1);
+  return output;
 }

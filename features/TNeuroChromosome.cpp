@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr int kPoseParameters = 5;
 constexpr float kShiftSigma = 4.8F, kScaleSigma = 0.21F, kRotationSigma = 10.5F;
 constexpr double kPi = 3.1415927410125732;  // the float nearest to pi
 
@@ -19,16 +18,12 @@ double randomPose(int index) {
 
 }  // namespace
 
-TNeuroChromosome::TNeuroChromosome(TGenetic* owner) : Owner(owner), EigenCount(kDeformations) {
-  Parameters.resize(static_cast<std::size_t>(EigenCount + kPoseParameters));
-}
-
 void TNeuroChromosome::Randomize() {
   for (int i = 0; i < static_cast<int>(Parameters.size()); ++i) RandomizeParameter(i);
 }
 
 void TNeuroChromosome::RandomizeParameter(int index) {
-  if (index >= EigenCount + kPoseParameters) return;
+  if (index >= kShapeParameters) return;
   float& parameter = Parameters[static_cast<std::size_t>(index)];
   if (index < EigenCount) {
     const double range = static_cast<double>(Owner->Locator->EigenRanges[index]);
@@ -54,7 +49,7 @@ void TNeuroChromosome::Copy(TNeuroChromosome* source) {
 
 void TNeuroChromosome::CalcValue() {
   TNeuroLocator& locator = *Owner->Locator;
-  float* const p = Parameters.data();
+  const float* const p = Parameters.data();
   locator.GenerateGridP(locator.Grid1L, p, p[32], p[33], p[34], p[35], p[36]);
   Value = locator.GridSimilarityL(locator.Grid1L);
 }

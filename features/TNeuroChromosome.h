@@ -1,21 +1,21 @@
 // One member of the search's population: shape and pose of a face, and its fitness.
 #pragma once
 
-#include <vector>
+#include <array>
+
+#include "features/shape_tables.h"
 
 class TGenetic;
 
 class TNeuroChromosome {
  public:
   float Value = 0.0F;  // the fitness, higher is better
-  // 32 shape parameters; then shift in x and y (pixels), scale in x and y, rotation (radians).
-  std::vector<float> Parameters;
-  TGenetic* Owner;  // not owned
-  int EigenCount;
+  std::array<float, kShapeParameters> Parameters{};
+  TGenetic* Owner = nullptr;  // not owned
+  int EigenCount = kDeformations;
 
-  explicit TNeuroChromosome(TGenetic* owner);
-  TNeuroChromosome(const TNeuroChromosome&) = delete;
-  TNeuroChromosome& operator=(const TNeuroChromosome&) = delete;
+  TNeuroChromosome() = default;
+  explicit TNeuroChromosome(TGenetic* owner) : Owner(owner) {}
   virtual ~TNeuroChromosome() = default;
 
   void Randomize();

@@ -5,6 +5,7 @@
 
 #include "features/TGrid.h"
 #include "features/TNeuralNetwork.h"
+#include "features/TNodeScores.h"
 #include "features/shape_tables.h"
 #include "image/TIppiImage.h"
 #include "models/models.h"
@@ -24,30 +25,28 @@ struct TNeuroData {
 // searches, so that any number of threads may copy it at once.
 class TNeuroLocator {
  public:
-  static constexpr int kSide = kFaceFrameSide;
+  static constexpr int kSide = TPatchImage::kSide;
 
   int ImageWidth = 0;
   int ImageHeight = 0;
-  int PatchWidth = kPatchSide;
-  int PatchHeight = kPatchSide;
   TGrid BaseGrid;                 // the mean face about its centre
   float MeanNodes[kCoordinates];  // the mean face in the frame, x and y in turn
-  TIppiImage Image;               // the face, mirrored top to bottom
   TGrid* Result = nullptr;        // the caller's; always holds the best grid so far
   TGrid Grid1;                    // the grid being placed or refined
   float Grid1L[kCoordinates];     // the grid last made from parameters
   TGrid Grid2;                    // what lengths of links are compared with
   const float* EigenGrids;
   const float* EigenRanges;
-  TNeuralNetwork Networks[kNodes];
+  std::shared_ptr<const TNeuralNetwork[]> Networks;  // forty, shared with all copies
+  TNodeScores Scores;
   bool EvenCoordinates = false;  // scores stand for blocks of 2 by 2 positions
   float LinkWeight = 0.0F;
   float NodeConfidence[kNodes] = {};
 
   // Throws std::invalid_argument if the stream is damaged or longer than forty networks.
   explicit TNeuroLocator(const TNeuroData& data = {});
-  // A working copy. `source` is only read.
-  TNeuroLocator(TNeuroLocator& source);
+  // A working copy, which takes little time and memory before its first search. `source` is only read.
+  TNeuroLocator(const TNeuroLocator& source);
   TNeuroLocator& operator=(const TNeuroLocator&) = delete;
   virtual ~TNeuroLocator() = default;
 
@@ -61,11 +60,14 @@ class TNeuroLocator {
   // frame.
   float NodeSimilarity(float x, float y, int node);
   // Mean over the nodes that are more than 3 pixels inside the image, 0 without any.
-  float GridSimilarityL(float* nodes);
+  float GridSimilarityL(const float* nodes);
   // The same, less LinkWeight times the mean squared relative stretch of the links against Grid2.
   float GridSimilarity(TGrid grid);
   // The mean face, bent by 32 shape parameters, moved, and scaled and turned about its centroid plus the shift.
-  void GenerateGridP(float* nodes, float* b, float tx, float ty, float sx, float sy, float angle);
+  void GenerateGridP(float* nodes, const float* b, float tx, float ty, float sx, float sy, float angle);
+  // GridSimilarityL of the grids from `count` rows of the 37 parameters of a chromosome, 1 to 8 of them. In
+  // EvenCoordinates side by side, which takes a third of the time and gives the same scores; Grid1L then stays.
+  void ShapeSimilarities(const float* const* parameters, int count, float* similarities);
   // Puts BaseGrid into `grid`, which has as many nodes; true if no node had to be moved into the image.
   bool PositionAndScale(TGrid* grid, float tx, float ty, float sx, float sy);
   void CopyGridFromGrid1();
@@ -79,19 +81,18 @@ class TNeuroLocator {
 
   void Prepare();
   void BeginSearch(TIppiImage& face);
+  TSPoint PlacedNode(std::size_t node, float tx, float ty, float sx, float sy) const;
+  bool Counts(float x, float y) const;
+  void WantColumn(int x, int firstY, int lastY, int step);
   void TryPlace(int x, int y, Place& best);
   void CoarseSlide(Place& best);
   void FineSlide(Place& best);
   void GeneticStage();
+  void WantShapes(const ShapeRow* nodes, int count);
+  void BendShapes(const ShapeRow* parameters, ShapeRow* nodes) const;
   void RefinePass(int step);
   void RefineNode(int node, int step);
   float LinkCharge(int node, TSPoint place) const;
-
-  std::unique_ptr<float[]> SimilarityCache;  // [x][y][node], 0 where empty
-  std::unique_ptr<unsigned char[]> PatchTables;
-  unsigned char* PatchLowRows[kSide];
-  unsigned char* PatchHighRows[kSide];
-  unsigned char* PatchKnownRows[kSide];
 };
 
 // The master, from the library's start to its end.

@@ -7,7 +7,6 @@
 #include "api/vizl_api.h"
 #include "features/TGenetic.h"
 #include "features/TNeuroLocator.h"
-#include "primitives/ippi.h"
 
 namespace {
 
@@ -36,7 +35,6 @@ float TNeuroLocator::LocateGrid(TIppiImage& face) {
   }
   LinkWeight = kRefinementLinkWeight;
   const float similarity = GridSimilarity(*Result);
-  Image.FreeImage();
   return similarity;
 }
 
@@ -45,12 +43,9 @@ void TNeuroLocator::BeginSearch(TIppiImage& face) {
       face.Height > kSide) {
     throw std::invalid_argument("nothing to search, or no place for the result");
   }
-  Image.AllocNew(face.Width, face.Height);
-  ippiMirror_8u_C1R(face.Pixels, face.Step, Image.Pixels, Image.Step, Image.RoiSize, ippAxsHorizontal);
-  ImageWidth = Image.Width;
-  ImageHeight = Image.Height;
-  ippiSet_8u_C1R(0, reinterpret_cast<Ipp8u*>(SimilarityCache.get()), 65536, {65536, 160});
-  ippiSet_8u_C1R(0, PatchKnownRows[0], kSide, {kSide, kSide});
+  Scores.Begin(face);
+  ImageWidth = face.Width;
+  ImageHeight = face.Height;
   std::fill_n(NodeConfidence, kNodes, 0.0F);
   Result->Assign(BaseGrid);
   Grid1.Assign(BaseGrid);
@@ -67,11 +62,27 @@ void TNeuroLocator::TryPlace(int x, int y, Place& best) {
   best = {x, y, score};
 }
 
+// Asks for the scores of all places of a column together.
+void TNeuroLocator::WantColumn(int x, int firstY, int lastY, int step) {
+  for (int n = 0; n < kNodes; ++n) {
+    for (int y = firstY; y <= lastY; y += step) {
+      const auto node = static_cast<std::size_t>(n);
+      const TSPoint at = PlacedNode(node, static_cast<float>(x), static_cast<float>(y), 1.0F, 1.0F);
+      if (Counts(at.x, at.y)) Scores.Want(n, static_cast<int>(at.x), static_cast<int>(at.y));
+    }
+  }
+  Scores.Evaluate();
+}
+
 // A quarter of the image's width round half of it, in steps of 4.
 void TNeuroLocator::CoarseSlide(Place& best) {
+  constexpr int kStep = 4;
   const int midX = ImageWidth >> 3, reachX = ImageWidth >> 5, midY = ImageHeight >> 3, reachY = ImageHeight >> 5;
   for (int i = midX - reachX; i <= midX + reachX; ++i) {
-    for (int j = midY - reachY; j <= midY + reachY && !NeedInterrupt; ++j) TryPlace(4 * i, 4 * j, best);
+    if (NeedInterrupt) continue;
+    const int x = kStep * i, first = kStep * (midY - reachY), last = kStep * (midY + reachY);
+    WantColumn(x, first, last, kStep);
+    for (int y = first; y <= last && !NeedInterrupt; y += kStep) TryPlace(x, y, best);
   }
 }
 
@@ -80,6 +91,8 @@ void TNeuroLocator::FineSlide(Place& best) {
   constexpr int kReach = 4;
   const Place from = best;
   for (int x = from.x - kReach; x <= from.x + kReach; ++x) {
+    if (NeedInterrupt) continue;
+    WantColumn(x, from.y - kReach, from.y + kReach, 1);
     for (int y = from.y - kReach; y <= from.y + kReach && !NeedInterrupt; ++y) {
       if (x != best.x || y != best.y) TryPlace(x, y, best);
     }

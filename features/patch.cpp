@@ -1,8 +1,14 @@
 #include "features/patch.h"
 
-#include "features/TNeuralNetwork.h"
 #include "primitives/ippi.h"
 #include "primitives/ipps.h"
+#include "primitives/patch_kernels.h"
+
+TPatchScale FindPatchScale(TPatchRange range) {
+  const float low = range.Low, width = static_cast<float>(range.High - range.Low);
+  if (range.Low == range.High) return {0.0F, low / 255.0F - 0.5F};
+  return {1.0F / width, -low / width - 0.5F};
+}
 
 TPatchRange FindPatchRange(const unsigned char* patch) {
   constexpr int kLeftOut = 4;
@@ -15,13 +21,9 @@ TPatchRange FindPatchRange(const unsigned char* patch) {
 }
 
 void NormalisePatch(const unsigned char* patch, TPatchRange range, float* input) {
-  const float low = range.Low, width = static_cast<float>(range.High - range.Low);
-  if (range.Low == range.High) {
-    for (int i = 0; i < kPatchPixels; ++i) input[i] = low / 255.0F - 0.5F;
-    return;
-  }
+  const TPatchScale scale = FindPatchScale(range);
   ippsConvert_8u32f(patch, input, kPatchPixels);
-  ippsMulC_32f_I(1.0F / width, input, kPatchPixels);
-  ippsAddC_32f_I(-low / width - 0.5F, input, kPatchPixels);
+  ippsMulC_32f_I(scale.factor, input, kPatchPixels);
+  ippsAddC_32f_I(scale.offset, input, kPatchPixels);
   ippsThreshold_LTValGTVal_32f_I(input, kPatchPixels, -0.5F, -0.5F, 0.5F, 0.5F);
 }

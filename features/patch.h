@@ -8,7 +8,15 @@ struct TPatchRange {
   unsigned char High;
 };
 
-TPatchRange FindPatchRange(const unsigned char* patch);
+// An input is the gray value times `factor` plus `offset`, clamped to -0.5 .. 0.5.
+struct TPatchScale {
+  float factor;
+  float offset;
+};
 
-// Maps the range to -0.5 .. 0.5, and what lies outside it to the ends; a flat patch keeps its gray value.
+// Maps the range to -0.5 .. 0.5. A patch of one gray value keeps that value, all its outliers with it.
+TPatchScale FindPatchScale(TPatchRange range);
+
+// What a network sees of 1024 contiguous pixels, for training; the search takes its inputs from TPatchImage.
+TPatchRange FindPatchRange(const unsigned char* patch);
 void NormalisePatch(const unsigned char* patch, TPatchRange range, float* input);

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "features/TNeuroLocator.h"
+#include "primitives/kernels.h"
 
 namespace {
 
@@ -30,26 +31,21 @@ struct Stretch {
 }  // namespace
 
 float TNeuroLocator::NodeSimilarity(float x, float y, int node) {
-  int column = static_cast<int>(x), row = static_cast<int>(y);
-  if (EvenCoordinates) {
-    column &= ~1;
-    row &= ~1;
-  }
-  float& cached = SimilarityCache[static_cast<std::size_t>((column * kSide + row) * kNodes + node)];
-  if (cached == 0.0F) {
-    const int left = column - PatchWidth / 2, top = row - PatchHeight / 2;
-    cached = 1.0F - Networks[node].PropagateImageI(Image, left, top, left + PatchWidth - 1, top + PatchHeight - 1);
-  }
-  return cached;
+  const int parity = EvenCoordinates ? ~1 : ~0;
+  return Scores.At(node, static_cast<int>(x) & parity, static_cast<int>(y) & parity);
 }
 
-float TNeuroLocator::GridSimilarityL(float* nodes) {
+bool TNeuroLocator::Counts(float x, float y) const {
   const float right = static_cast<float>(ImageWidth) - kMargin, bottom = static_cast<float>(ImageHeight) - kMargin;
+  return x > kMargin && x < right && y > kMargin && y < bottom;
+}
+
+float TNeuroLocator::GridSimilarityL(const float* nodes) {
   float sum = 0.0F;
   int count = 0;
   for (int n = 0; n < kNodes; ++n) {
     const float x = nodes[2 * n], y = nodes[2 * n + 1];
-    if (!(x > kMargin && x < right && y > kMargin && y < bottom)) continue;
+    if (!Counts(x, y)) continue;
     sum += NodeSimilarity(x, y, n);
     ++count;
   }
@@ -75,38 +71,74 @@ float TNeuroLocator::GridSimilarity(TGrid grid) {
   return static_cast<float>(static_cast<double>(mean) - static_cast<double>(LinkWeight) / stretch.count * stretch.sum);
 }
 
-void TNeuroLocator::GenerateGridP(float* nodes, float* b, float tx, float ty, float sx, float sy, float angle) {
-  float sumX = 0.0F, sumY = 0.0F;
-  for (int k = 0; k < kCoordinates; k += 2) {
-    float x = MeanNodes[k], y = MeanNodes[k + 1];
-    for (int m = 0; m < kDeformations; ++m) {
-      x += b[m] * EigenGrids[m * kCoordinates + k];
-      y += b[m] * EigenGrids[m * kCoordinates + k + 1];
-    }
-    nodes[k] = x + tx;
-    nodes[k + 1] = y + ty;
-    sumX += nodes[k];
-    sumY += nodes[k + 1];
+// The last row of parameters is the rotation.
+void TNeuroLocator::BendShapes(const ShapeRow* parameters, ShapeRow* nodes) const {
+  const ShapeModel model{MeanNodes, EigenGrids, kCoordinates, kDeformations, kSide - 1.0F};
+  const ShapeRow& angles = parameters[kRotationParameter];
+  ShapeRow cosines, sines;
+  for (int lane = 0; lane < kShapeLanes; ++lane) {
+    cosines[lane] = std::cos(angles[lane]);
+    sines[lane] = std::sin(angles[lane]);
   }
-  // The nodes are moved already, so the pivot is the unmoved centroid plus twice the shift.
-  const float pivotX = tx + sumX / kNodes, pivotY = ty + sumY / kNodes;
-  const float c = std::cos(angle), s = std::sin(angle);
-  for (int k = 0; k < kCoordinates; k += 2) {
-    const float dx = (nodes[k] - pivotX) * sx, dy = (nodes[k + 1] - pivotY) * sy;
-    nodes[k] = std::clamp(c * dx - s * dy + pivotX, 0.0F, kSide - 1.0F);
-    nodes[k + 1] = std::clamp(s * dx + c * dy + pivotY, 0.0F, kSide - 1.0F);
+  kernels().patch.bendShapes(model, parameters, cosines, sines, nodes);
+}
+
+void TNeuroLocator::GenerateGridP(float* nodes, const float* b, float tx, float ty, float sx, float sy, float angle) {
+  ShapeRow parameters[kShapeParameters] = {}, shapes[kCoordinates];
+  for (int m = 0; m < kDeformations; ++m) parameters[m][0] = b[m];
+  const float pose[] = {tx, ty, sx, sy, angle};
+  for (int p = 0; p < kPoseParameters; ++p) parameters[kDeformations + p][0] = pose[p];
+  BendShapes(parameters, shapes);
+  for (int k = 0; k < kCoordinates; ++k) nodes[k] = shapes[k][0];
+}
+
+void TNeuroLocator::ShapeSimilarities(const float* const* parameters, int count, float* similarities) {
+  if (!EvenCoordinates) {
+    for (int i = 0; i < count; ++i) {
+      const float* p = parameters[i];
+      GenerateGridP(Grid1L, p, p[32], p[33], p[34], p[35], p[36]);
+      similarities[i] = GridSimilarityL(Grid1L);
+    }
+    return;
+  }
+  ShapeRow rows[kShapeParameters], nodes[kCoordinates], means;
+  for (int lane = 0; lane < kShapeLanes; ++lane) {
+    const float* from = parameters[lane < count ? lane : 0];
+    for (int p = 0; p < kShapeParameters; ++p) rows[p][lane] = from[p];
+  }
+  BendShapes(rows, nodes);
+  const ScoreTables tables{Scores.Even(), kNodes, kMargin, static_cast<float>(ImageWidth) - kMargin,
+                           static_cast<float>(ImageHeight) - kMargin};
+  const auto meanScores = kernels().patch.meanScores;
+  if (!meanScores(tables, nodes, means)) {
+    WantShapes(nodes, count);
+    Scores.Evaluate();
+    meanScores(tables, nodes, means);
+  }
+  std::copy_n(means, count, similarities);
+}
+
+void TNeuroLocator::WantShapes(const ShapeRow* nodes, int count) {
+  for (int n = 0; n < kNodes; ++n) {
+    for (int lane = 0; lane < count; ++lane) {
+      const float x = nodes[2 * n][lane], y = nodes[2 * n + 1][lane];
+      if (Counts(x, y)) Scores.Want(n, static_cast<int>(x) & ~1, static_cast<int>(y) & ~1);
+    }
   }
 }
 
-bool TNeuroLocator::PositionAndScale(TGrid* grid, float tx, float ty, float sx, float sy) {
+TSPoint TNeuroLocator::PlacedNode(std::size_t node, float tx, float ty, float sx, float sy) const {
   const auto width = static_cast<float>(ImageWidth), height = static_cast<float>(ImageHeight);
+  const float x = sx * BaseGrid.Nodes[node].x + tx, y = sy * BaseGrid.Nodes[node].y + ty;
+  return {x < 0.0F ? 0.0F : x >= width ? width - 1.0F : x, y < 0.0F ? 0.0F : y >= height ? height - 1.0F : y};
+}
+
+bool TNeuroLocator::PositionAndScale(TGrid* grid, float tx, float ty, float sx, float sy) {
   bool inside = true;
   for (std::size_t k = 0; k < BaseGrid.Nodes.size(); ++k) {
-    const float x = sx * BaseGrid.Nodes[k].x + tx, y = sy * BaseGrid.Nodes[k].y + ty;
-    TSPoint& node = grid->Nodes[k];
-    node.x = x < 0.0F ? 0.0F : x >= width ? width - 1.0F : x;
-    node.y = y < 0.0F ? 0.0F : y >= height ? height - 1.0F : y;
-    inside = inside && node.x == x && node.y == y;
+    const TSPoint node = PlacedNode(k, tx, ty, sx, sy);
+    grid->Nodes[k] = node;
+    inside = inside && node.x == sx * BaseGrid.Nodes[k].x + tx && node.y == sy * BaseGrid.Nodes[k].y + ty;
   }
   return inside;
 }

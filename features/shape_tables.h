@@ -7,6 +7,10 @@
 constexpr int kNodes = 40;
 constexpr int kCoordinates = 2 * kNodes;
 constexpr int kDeformations = 32;
+// What describes a face: the deformations, then shift in x and y (pixels), scale in x and y, rotation (radians).
+constexpr int kPoseParameters = 5;
+constexpr int kRotationParameter = kDeformations + kPoseParameters - 1;
+constexpr int kShapeParameters = kDeformations + kPoseParameters;
 
 // How far the search bends the mean face along each deformation, to either side, in pixels of the 256 by 256 frame.
 extern const float eigenvalues[kDeformations];
