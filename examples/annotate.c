@@ -1,5 +1,5 @@
-/* Draws what the library sees into a picture: each face as a green square that stands as the face does, and the
- * rectangle of the portrait in yellow.
+/* Draws what the library sees into a picture: each face as a green square that stands as the face does, its forty
+ * points, from red for the least sure to blue for the surest, and the rectangle of the portrait in yellow.
  *
  *   annotate INPUT OUTPUT WIDTH HEIGHT [SCALE]
  *
@@ -74,34 +74,74 @@ static void drawFace(Canvas* canvas, const TFacePosition* face) {
   drawFourSides(canvas, corners, green);
 }
 
+/* Red below kUnsure, blue above kSure, mixed between. */
+static Colour colourOf(float confidence) {
+  static const double kUnsure = 0.8, kSure = 1.4;
+  const double t = fmin(fmax((confidence - kUnsure) / (kSure - kUnsure), 0.0), 1.0);
+  Colour colour;
+  colour.red = (unsigned char)(240 - 200 * t);
+  colour.green = (unsigned char)(50 + 110 * t);
+  colour.blue = (unsigned char)(40 + 210 * t);
+  return colour;
+}
+
+static void drawPoints(Canvas* canvas, TPoint points[40], const float confidences[40]) {
+  const int32_t pen = canvas->pen;
+  int k;
+  canvas->pen = 2 * pen;
+  for (k = 0; k < 40; ++k) {
+    const Spot at = {points[k].x, points[k].y};
+    dab(canvas, at, colourOf(confidences[k]));
+  }
+  canvas->pen = pen;
+}
+
 static void drawFrame(Canvas* canvas, int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
   static const Colour yellow = {250, 210, 40};
   const Spot corners[4] = {{x1, y1}, {x2, y1}, {x2, y2}, {x1, y2}};
   drawFourSides(canvas, corners, yellow);
 }
 
-/* Takes the pixels out of the image, draws, and puts them back. */
-static int32_t annotate(HImage image, int32_t width, int32_t height, double scale) {
+/* The points are searched in the image, which is still as it was loaded. */
+static int32_t drawFaces(Canvas* canvas, HImage image, const TFacePosition* faces, int32_t count) {
+  TPoint points[40];
+  float confidences[40];
+  int32_t k;
+  for (k = 0; k < count; ++k) {
+    const int32_t code = VIZL_DetectFacialFeaturesInRegionEx(image, &faces[k], &points, &confidences);
+    if (code != VIZLE_OK) return code;
+    printf("face at (%d, %d), %d pixels wide, angle %.1f, eyes at (%d, %d) and (%d, %d)\n", (int)faces[k].xc,
+           (int)faces[k].yc, (int)faces[k].w, faces[k].angle, (int)points[0].x, (int)points[0].y, (int)points[1].x,
+           (int)points[1].y);
+    drawFace(canvas, &faces[k]);
+    drawPoints(canvas, points, confidences);
+  }
+  return VIZLE_OK;
+}
+
+static int32_t draw(Canvas* canvas, HImage image, int32_t width, int32_t height, double scale) {
   static TFacePosition faces[kMaxFaces];
-  Canvas canvas;
-  int32_t count, size, x1, y1, x2, y2, k;
+  int32_t count, x1, y1, x2, y2;
   int32_t code = VIZL_DetectMultipleFaces(image, &count, faces, sizeof faces);
   if (code == VIZLE_OK) code = VIZL_GetFacePosition(image, width, height, scale, 0, 0, true, &x1, &y1, &x2, &y2);
-  if (code == VIZLE_OK) code = VIZL_GetImageBufferSize(image, &size, VIZL_IMAGE_COLOR24);
-  if (code != VIZLE_OK) return code;
+  if (code == VIZLE_OK) code = drawFaces(canvas, image, faces, count);
+  if (code == VIZLE_OK) drawFrame(canvas, x1, y1, x2, y2);
+  return code;
+}
 
+/* Takes the pixels out of the image, draws, and puts them back. */
+static int32_t annotate(HImage image, int32_t width, int32_t height, double scale) {
+  Canvas canvas;
+  int32_t size;
+  int32_t code = VIZL_GetImageBufferSize(image, &size, VIZL_IMAGE_COLOR24);
+  if (code != VIZLE_OK) return code;
   canvas.pixels = malloc((size_t)size);
   if (canvas.pixels == NULL) return VIZLE_INVALID_ARGUMENT;
   VIZL_GetImageWidth(image, &canvas.width);
   VIZL_GetImageHeight(image, &canvas.height);
   canvas.pen = 1 + (canvas.width + canvas.height) / 700;
   code = VIZL_SaveImageToBuffer(image, canvas.pixels, VIZL_IMAGE_COLOR24);
-  for (k = 0; k < count; ++k) {
-    printf("face at (%d, %d), %d pixels wide, angle %.1f\n", (int)faces[k].xc, (int)faces[k].yc, (int)faces[k].w,
-           faces[k].angle);
-    drawFace(&canvas, &faces[k]);
-  }
-  drawFrame(&canvas, x1, y1, x2, y2);
+  if (code == VIZLE_OK) code = draw(&canvas, image, width, height, scale);
   if (code == VIZLE_OK) {
     code = VIZL_AssignImageFromBuffer(image, canvas.pixels, canvas.width, canvas.height, 3 * canvas.width,
                                       VIZL_IMAGE_COLOR24);
