@@ -1,0 +1,45 @@
+// Training of the weights by the rank of the true place.
+#pragma once
+
+#include <cstddef>
+#include <random>
+#include <vector>
+
+#include "training/eyes/eye_weights.h"
+
+struct SolverOptions {
+  int epochs = 12;
+  std::size_t batch = 16;      // windows a step
+  double rate = 0.003;         // length of the first steps; falls to 0 along half a cosine
+  double decay = 0.01;         // pull of the weights towards 0, relative to the rate
+  double width = 1.0;          // s.d. of the wanted places around the true one, pixels
+  unsigned seed = 1;
+};
+
+// The chance of each place of a window to be the one found is made exp(-t) over its sum, with t the sum of three
+// neighbouring scores that the search compares. Minimised is the cross entropy to a Gaussian around the true place, so
+// that all places of a window compete with each other and the hardest ones count most. Steps are Adam's (Kingma and Ba
+// 2015) with decoupled decay.
+class EyeSolver {
+ public:
+  explicit EyeSolver(const SolverOptions& options);
+
+  // One pass over the samples in random order. Returns the mean loss.
+  double runEpoch(const std::vector<EyeSample>& samples);
+  const EyeWeights& weights() const { return weights_; }
+
+ private:
+  // Adds the sample's gradient and returns its loss.
+  double addSample(const EyeSample& sample);
+  void step(std::size_t samples, double progress);
+
+  SolverOptions options_;
+  EyeWeights weights_;
+  std::vector<float> gradient_;
+  std::vector<float> mean_;
+  std::vector<float> square_;
+  std::vector<char> fixed_;
+  std::mt19937 random_;
+  int steps_ = 0;
+  int epochsDone_ = 0;
+};
