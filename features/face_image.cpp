@@ -29,6 +29,21 @@ bool fitsInt(int64_t value) { return value >= INT32_MIN && value <= INT32_MAX; }
 // mean keeps the outer edge in place, the filter for enlarging the middle of the first pixel.
 double resized(double pixel, double scale) { return scale < 1 ? (pixel + 0.5) * scale - 0.5 : pixel * scale; }
 
+struct TCorners {
+  int x1, y1, x2, y2;  // inclusive
+};
+
+// Reads the rectangle in place if it lies inside the image: the fresh pages of a copy cost more than the resize.
+void cutAndResize(TIppiImage& image, const TCorners& r, float scale, TIppiImage& resized) {
+  if (TImageView::Fits(image, r.x1, r.y1, r.x2, r.y2)) {
+    TImageView(image, r.x1, r.y1, r.x2, r.y2).Resize(resized, static_cast<double>(scale));
+    return;
+  }
+  TIppiImage cut(imGray8);
+  image.CopyTo(cut, r.x1, r.y1, r.x2, r.y2);
+  cut.Resize(resized, static_cast<double>(scale));
+}
+
 }  // namespace
 
 int TFaceImage::Cut(TIppiImage& image, const TFacePosition& face) {
@@ -71,10 +86,8 @@ int TFaceImage::CutWide(TIppiImage& image, TIppiImage& reduced) {
   wideSize = {static_cast<int>(right - left + 1), static_cast<int>(bottom - top + 1)};
   shift(Expected, margin - x1, margin - y1);
 
-  TIppiImage wide(imGray8);
-  image.CopyTo(wide, wideLeft, wideTop, static_cast<int>(right), static_cast<int>(bottom));
-  wideScale = scaleToFace(std::max(wide.Width, wide.Height));
-  wide.Resize(reduced, static_cast<double>(wideScale));
+  wideScale = scaleToFace(std::max(wideSize.width, wideSize.height));
+  cutAndResize(image, {wideLeft, wideTop, static_cast<int>(right), static_cast<int>(bottom)}, wideScale, reduced);
   Expected.Scale(wideScale);
   return VIZLE_OK;
 }
@@ -95,13 +108,11 @@ void TFaceImage::CutFrame(TIppiImage& upright) {
   frameLeft = x1;
   frameTop = y1;
   frameSide = std::max(x2 - x1, y2 - y1) + 1;
-  TIppiImage frame(imGray8);
-  upright.CopyTo(frame, x1, y1, x2, y2);
   shift(Expected, -static_cast<int64_t>(x1), -static_cast<int64_t>(y1));
 
   frameScale = scaleToFace(frameSide);
   Face.FloorResize = false;  // the networks need exactly 256 by 256
-  frame.Resize(Face, static_cast<double>(frameScale));
+  cutAndResize(upright, {x1, y1, x2, y2}, frameScale, Face);
   Expected.Scale(frameScale);
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 
 #include "api/vizl_api.h"
 #include "detect/detect_face.h"
@@ -30,14 +29,13 @@ int DetectFacialFeaturesInRegion(TIppiImage* image, const TFacePosition* face, T
   const int code = faceImage.Cut(*image, *face);
   if (code != VIZLE_OK) return code;
 
-  // About 11 MB, so not on the stack.
-  const auto locator = std::make_unique<TNeuroLocator>(*NeuroLocator);
+  TNeuroLocator locator(*NeuroLocator);
   TGrid grid = faceImage.Expected;
-  locator->Result = &grid;
-  locator->LocateGrid(faceImage.Face);
+  locator.Result = &grid;
+  locator.LocateGrid(faceImage.Face);
   faceImage.BackToImage(grid);
   if (confidences != nullptr) {
-    std::copy(std::begin(locator->NodeConfidence), std::end(locator->NodeConfidence), *confidences);
+    std::copy(std::begin(locator.NodeConfidence), std::end(locator.NodeConfidence), *confidences);
   }
   storePoints(grid, *points);
   return VIZLE_OK;
