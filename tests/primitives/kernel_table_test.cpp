@@ -36,6 +36,8 @@ TEST_P(KernelTable, HasEveryKernel) {
   expectSet(table->resample, "resample");
   expectSet(table->haar, "haar");
   expectSet(table->overlay, "overlay");
+  expectSet(table->vector, "vector");
+  expectSet(table->patch, "patch");
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, KernelTable, testing::Values(CpuLevel::base, CpuLevel::sse41, CpuLevel::avx2),
