@@ -1,0 +1,149 @@
+// An overlay on its background, whose colours it takes on.
+#include <climits>
+#include <cmath>
+#include <cstring>
+
+#include "library_fixture.h"
+#include "tests/image/level_reference.h"
+
+namespace {
+
+unsigned char* pixelOf(const TIppiImage& image, int x, int y) {
+  return image.Pixels + (image.Height - 1 - y) * image.Step + 4 * x;
+}
+
+void toImage(const TPicture& picture, TIppiImage& image) {
+  image.AllocNew(picture.width, picture.height);
+  for (int y = 0; y < picture.height; ++y) {
+    std::memcpy(pixelOf(image, 0, y), picture.at(0, y), static_cast<std::size_t>(4 * picture.width));
+  }
+}
+
+// Smooth, with alpha from 0 to 255.
+TPicture smoothPicture(int width, int height, double phase) {
+  TPicture picture = PlainPicture(width, height, 4, 0);
+  for (std::size_t i = 0; i < picture.pixels.size(); ++i) {
+    const int x = static_cast<int>(i / 4) % width, y = static_cast<int>(i / 4) / width;
+    const double wave = std::sin(phase * static_cast<double>(i % 4 + 1) + 0.11 * x) * std::cos(phase + 0.09 * y);
+    picture.pixels[i] = static_cast<unsigned char>(128 + 127 * wave);
+  }
+  return picture;
+}
+
+// One channel of an opaque background under a pixel of this colour and alpha: both parts are cut to whole numbers.
+double blended(double colour, double alpha, double ground) {
+  return std::floor(std::nearbyint(colour) * alpha / 255) + std::floor(ground * (255 - alpha) / 255);
+}
+
+class Overlay : public LibraryTest {
+ protected:
+  // The composition computed directly: the covered part, zero beyond the background, then colours, alpha and blend.
+  void expectComposition(const TPicture& overlay, int x, int y, const TPicture& back, const TPicture& result) {
+    TIppiImage image(imRGBA32), covered(imRGBA32);
+    toImage(overlay, image);
+    covered.AllocNew(overlay.width, overlay.height);
+    const auto onBack = [&](int u, int v) { return u >= 0 && v >= 0 && u < back.width && v < back.height; };
+    for (int v = 0; v < overlay.height; ++v) {
+      for (int u = 0; u < overlay.width; ++u) {
+        const unsigned char nothing[4] = {};
+        std::memcpy(pixelOf(covered, u, v), onBack(x + u, y + v) ? back.at(x + u, y + v) : nothing, 4);
+      }
+    }
+    ASSERT_TRUE(result.width == back.width && result.height == back.height);
+    for (int c = 0; c < 3; ++c) {
+      const GaussPlane<double> colours = matchedChannel(covered, image, c);
+      for (int v = 0; v < back.height; ++v) {
+        for (int u = 0; u < back.width; ++u) {
+          const unsigned char ground = back.at(u, v)[c];
+          // The last column and the top row of the overlap are left out.
+          const bool inside = u >= x && u < std::min(x + overlay.width, back.width) - 1 && v > std::max(y, 0) &&
+                              v < std::min(y + overlay.height, back.height);
+          if (!inside) {
+            ASSERT_EQ(result.at(u, v)[c], ground) << u << ", " << v;
+            continue;
+          }
+          const double alpha = std::min(std::nearbyint(overlay.at(u - x, v - y)[3] * 3.375), 255.0);
+          const double expected = blended(colours.at(u - x, overlay.height - 1 - (v - y)), alpha, ground);
+          ASSERT_NEAR(result.at(u, v)[c], expected, 1) << u << ", " << v << ", channel " << c;
+        }
+      }
+    }
+  }
+
+  static TPicture opaque(TPicture picture) {
+    for (std::size_t i = 3; i < picture.pixels.size(); i += 4) picture.pixels[i] = 255;
+    return picture;
+  }
+};
+
+TEST_F(Overlay, TakesTheColoursOfWhatItCovers) {
+  const TPicture picture = smoothPicture(36, 27, 0.7), ground = opaque(smoothPicture(70, 50, 2.3));
+  const HImage image = ImageOf(picture), back = ImageOf(ground), result = EmptyImage();
+  for (const auto& [x, y] : {std::pair{10, 12}, {0, 0}, {-9, 5}, {50, 40}, {20, -14}, {69, 49}, {-36, 0}, {200, 0}}) {
+    ASSERT_EQ(VIZL_PutImageAdjustColors(image, x, y, back, result), VIZLE_OK);
+    expectComposition(picture, x, y, ground, PictureOf(result, 4));
+  }
+  EXPECT_TRUE(PictureOf(image, 4) == picture) << "the overlay stays";
+  EXPECT_TRUE(PictureOf(back, 4) == ground) << "the background stays";
+}
+
+TEST_F(Overlay, MayBeLargerThanItsBackground) {
+  const TPicture picture = smoothPicture(60, 45, 1.1), ground = opaque(smoothPicture(20, 18, 0.2));
+  const HImage image = ImageOf(picture), back = ImageOf(ground), result = EmptyImage();
+  ASSERT_EQ(VIZL_PutImageAdjustColors(image, -15, -12, back, result), VIZLE_OK);
+  expectComposition(picture, -15, -12, ground, PictureOf(result, 4));
+}
+
+TEST_F(Overlay, ResultMayBeAnyOfTheHandles) {
+  const TPicture picture = RandomPicture(30, 20, 4, 1), ground = RandomPicture(40, 30, 4, 2);
+  const auto compose = [&](bool intoImage, bool intoBack) {
+    const HImage image = ImageOf(picture), back = ImageOf(ground);
+    const HImage result = intoImage ? image : intoBack ? back : EmptyImage();
+    EXPECT_EQ(VIZL_PutImageAdjustColors(image, 5, -3, back, result), VIZLE_OK);
+    return PictureOf(result, 4);
+  };
+  EXPECT_TRUE(compose(true, false) == compose(false, false));
+  EXPECT_TRUE(compose(false, true) == compose(false, false));
+
+  const HImage alone = ImageOf(ground), image = ImageOf(ground), back = ImageOf(ground), result = EmptyImage();
+  ASSERT_EQ(VIZL_PutImageAdjustColors(alone, 7, 2, alone, alone), VIZLE_OK);
+  ASSERT_EQ(VIZL_PutImageAdjustColors(image, 7, 2, back, result), VIZLE_OK);
+  EXPECT_TRUE(PictureOf(alone, 4) == PictureOf(result, 4));
+}
+
+TEST_F(Overlay, FarAwayLeavesTheBackground) {
+  const TPicture ground = RandomPicture(40, 30, 4, 3);
+  const HImage image = ImageOf(RandomPicture(30, 20, 4, 4)), back = ImageOf(ground);
+  for (const int x : {INT_MIN, INT_MIN + 29, 0, INT_MAX - 29, INT_MAX}) {
+    for (const int y : {INT_MIN, INT_MAX - 20, INT_MAX}) {
+      const HImage result = EmptyImage();
+      ASSERT_EQ(VIZL_PutImageAdjustColors(image, x, y, back, result), VIZLE_OK);
+      EXPECT_TRUE(PictureOf(result, 4) == ground) << x << ", " << y;
+    }
+  }
+}
+
+TEST_F(Overlay, RefusesPicturesWithoutAlphaAndBadHandles) {
+  const HImage colour = ImageOf(RandomPicture(20, 20, 3)), alpha = ImageOf(RandomPicture(20, 20, 4));
+  const HImage gray = ImageOf(RandomPicture(20, 20, 1)), empty = EmptyImage();
+  const TPicture before = RandomPicture(9, 9, 3, 7);
+  const HImage result = ImageOf(before);
+  for (const HImage bad : {colour, gray, empty, HImage{9999}}) {
+    EXPECT_EQ(VIZL_PutImageAdjustColors(bad, 1, 1, alpha, result), VIZLE_INVALID_ARGUMENT);
+    EXPECT_EQ(VIZL_PutImageAdjustColors(alpha, 1, 1, bad, result), VIZLE_INVALID_ARGUMENT);
+  }
+  EXPECT_EQ(VIZL_PutImageAdjustColors(alpha, 1, 1, alpha, 9999), VIZLE_INVALID_ARGUMENT);
+  EXPECT_TRUE(PictureOf(result, 3) == before) << "nothing is written";
+}
+
+TEST_F(Overlay, OfNoPixelsChangesNothing) {
+  const TPicture ground = RandomPicture(12, 11, 4, 5);
+  const HImage none = EmptyImage(), back = ImageOf(ground), result = EmptyImage();
+  ASSERT_EQ(VIZL_CopyRect(back, 5, 5, 4, 4, none), VIZLE_OK);
+  ASSERT_EQ(VIZL_PutImageAdjustColors(none, 2, 2, back, result), VIZLE_OK);
+  EXPECT_TRUE(PictureOf(result, 4) == ground);
+  ASSERT_EQ(VIZL_PutImageAdjustColors(back, 2, 2, none, result), VIZLE_OK);
+  EXPECT_EQ(WidthOf(result), 0);
+}
+
+}  // namespace
