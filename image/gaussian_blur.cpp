@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int kPlanes = 4;
+constexpr int kColours = 3;
 
 // Odd and at least 3.
 int kernelSizeOf(float sigma) {
@@ -18,55 +18,72 @@ int kernelSizeOf(float sigma) {
   return static_cast<int>(size) | 1;
 }
 
-struct Planes {
-  TIppiImage image[kPlanes] = {TIppiImage(imGray32f), TIppiImage(imGray32f), TIppiImage(imGray32f),
-                               TIppiImage(imGray32f)};
+// Planes of one size without content, rows side by side.
+class Planes {
+ public:
+  Planes(IppiSize size, int count) : size_(size), values_(new float[static_cast<std::size_t>(count) * planeValues()]) {}
 
-  Planes(int width, int height) {
-    for (TIppiImage& plane : image) plane.AllocNew(width, height);
+  int step() const { return size_.width * static_cast<int>(sizeof(float)); }
+  float* row(int plane, int y) const {
+    return values_.get() + static_cast<std::size_t>(plane) * planeValues() + static_cast<std::size_t>(y) * rowValues();
   }
+
+ private:
+  std::size_t rowValues() const { return static_cast<std::size_t>(size_.width); }
+  std::size_t planeValues() const { return rowValues() * static_cast<std::size_t>(size_.height); }
+
+  IppiSize size_;
+  std::unique_ptr<float[]> values_;
 };
 
-void split(TIppiImage& source, Planes& planes) {
-  TIppiImage floats(imRGBA32f);
-  floats.CopyFrom(source);
-  Ipp32f* const pixels[kPlanes] = {planes.image[0].PixelsF, planes.image[1].PixelsF, planes.image[2].PixelsF,
-                                   planes.image[3].PixelsF};
-  ippiCopy_32f_C4P4R(floats.PixelsF, floats.Step, pixels, planes.image[0].Step, floats.RoiSize);
+// The three colours of `source` as planes. Row by row, since the whole picture in floats would leave the cache.
+void split(const TIppiImage& source, const Planes& planes) {
+  const IppiSize row = {source.Width, 1};
+  const auto width = static_cast<std::size_t>(source.Width);
+  const std::unique_ptr<float[]> pixels(new float[width * 4]), alpha(new float[width]);
+  for (int y = 0; y < source.Height; ++y) {
+    float* const rows[] = {planes.row(0, y), planes.row(1, y), planes.row(2, y), alpha.get()};
+    const unsigned char* bytes = source.Pixels + static_cast<std::ptrdiff_t>(y) * source.Step;
+    ippiConvert_8u32f_C4R(bytes, source.Step, pixels.get(), source.Width * 16, row);
+    ippiCopy_32f_C4P4R(pixels.get(), source.Width * 16, rows, planes.step(), row);
+  }
 }
 
-// The fourth plane stays as it is.
-void blur(const Planes& from, Planes& to, float sigma) {
-  const IppiSize size = from.image[0].RoiSize;
-  const int step = from.image[0].Step, kernelSize = kernelSizeOf(sigma);
+// False if the kernel is refused.
+bool blur(const Planes& from, const Planes& to, IppiSize size, float sigma) {
+  const int kernelSize = kernelSizeOf(sigma), step = from.step();
   int bytes;
-  if (ippiFilterGaussGetBufferSize_32f_C1R(size, kernelSize, &bytes) != ippStsNoErr) return;
+  if (ippiFilterGaussGetBufferSize_32f_C1R(size, kernelSize, &bytes) != ippStsNoErr) return false;
   const std::unique_ptr<Ipp8u[]> buffer(new Ipp8u[static_cast<std::size_t>(bytes)]);
   constexpr int kReplicate = 0;
-  for (int k = 0; k < 3; ++k) {
-    ippiFilterGaussBorder_32f_C1R(from.image[k].PixelsF, step, to.image[k].PixelsF, step, size, kernelSize, sigma,
-                                  kReplicate, 0.0F, buffer.get());
+  IppStatus status = ippStsNoErr;
+  for (int k = 0; k < kColours && status == ippStsNoErr; ++k) {
+    status = ippiFilterGaussBorder_32f_C1R(from.row(k, 0), step, to.row(k, 0), step, size, kernelSize, sigma,
+                                           kReplicate, 0.0F, buffer.get());
   }
+  return status == ippStsNoErr;
 }
 
 void join(const Planes& planes, TIppiImage& result) {
-  const Ipp32f* const pixels[kPlanes] = {planes.image[0].PixelsF, planes.image[1].PixelsF, planes.image[2].PixelsF,
-                                         planes.image[3].PixelsF};
-  ippiCopy_32f_P4C4R(pixels, planes.image[0].Step, result.PixelsF, result.Step, result.RoiSize);
+  const std::unique_ptr<float[]> alpha(new float[static_cast<std::size_t>(result.Width)]());
+  for (int y = 0; y < result.Height; ++y) {
+    const float* const rows[] = {planes.row(0, y), planes.row(1, y), planes.row(2, y), alpha.get()};
+    ippiCopy_32f_P4C4R(rows, planes.step(), result.PixelsF + static_cast<std::ptrdiff_t>(y) * (result.Step / 4),
+                       result.Step, {result.Width, 1});
+  }
 }
 
 }  // namespace
 
 void ApplyGaussianBlurAC4R(TIppiImage& source, TIppiImage& result, float sigma) {
-  const int width = source.Width, height = source.Height;
-  Planes blurred(width, height);
-  {
-    Planes planes(width, height);
+  const IppiSize size = source.RoiSize;
+  // The sizes are checked here, before memory is taken for planes.
+  TIppiImage joined(imRGBA32f);
+  joined.AllocNew(size.width, size.height);
+  if (source.Mode == imRGBA32 && source.Pixels != nullptr) {
+    const Planes planes(size, kColours), blurred(size, kColours);
     split(source, planes);
-    blur(planes, blurred, sigma);
+    if (blur(planes, blurred, size, sigma)) join(blurred, joined);
   }
-  result.FreeImage();
-  result.Mode = imRGBA32f;
-  result.AllocNew(width, height);
-  join(blurred, result);
+  result.Swap(joined);
 }

@@ -22,7 +22,7 @@ struct Case {
 // Sides below, at and above the kernel's and the vectors'; the last ones are worked on in several tiles.
 const Case kCases[] = {{1, 1, 3, 0.5F},      {2, 9, 3, 1.0F},    {7, 3, 5, 1.3F},         {8, 8, 7, 4.0F},
                        {9, 5, 41, 20.0F},    {37, 6, 9, 2.0F},   {130, 11, 21, 9.0F},     {64, 64, 65, 42.7F},
-                       {3, 90, 51, 30.0F},   {300, 17, 3, 2.0F}, {701, 310, 301, 200.0F}, {150, 900, 799, 533.0F},
+                       {3, 90, 51, 30.0F},   {300, 17, 3, 2.0F}, {401, 140, 121, 80.0F}, {70, 400, 201, 133.0F},
                        {2500, 40, 33, 22.0F}};
 
 class Gauss : public testing::Test {
