@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr int kPoints = 62;  // of a face; there are none to move along
-
 // A coordinate of the image, limited to it before it becomes an int: faces may lie far outside.
 int inside(float coordinate, int size) {
   return static_cast<int>(std::clamp(coordinate, 0.0f, static_cast<float>(size - 1)));
@@ -22,12 +20,9 @@ int inside(float coordinate, int size) {
 int DetectEyesInRegion(TIppiImage* image, const TFacePosition* face, TPoint* points) {
   if (image->Width < 1 || image->Height < 1) return VIZLE_INVALID_ARGUMENT;
   TIppiImage work(imGray8);
-  work.CopyFrom(*image);
   float scale;
   int left, top;
-  if (CropFaceAdjustFeatures(&work, *face, kEyeFrameSide, nullptr, kPoints, &scale, &left, &top) != VIZLE_OK) {
-    return VIZLE_INVALID_ARGUMENT;
-  }
+  if (CropFace(image, *face, kEyeFrameSide, &work, &scale, &left, &top) != VIZLE_OK) return VIZLE_INVALID_ARGUMENT;
   int ax, ay, bx, by;
   FindRightEye(&work, &ax, &ay, false);
   FindRightEye(&work, &bx, &by, true);

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 class TEyeHMaxFeatures;
+struct TEyeRows;
 
 constexpr int kEyeReach = 5;                 // columns and rows that count on each side of a place
 constexpr int kEyeSpan = 2 * kEyeReach + 1;  // dx and dy are 0 to 10: offset from the place plus kEyeReach
@@ -33,9 +34,12 @@ constexpr std::size_t kEyeModel2Size = sizeof(eyeFeature) - 30 * sizeof(float);
 
 // Written by InitEyes and FinalizeEyes only; searches read them without a lock.
 extern TEyeHMaxFeatures* eyeHMaxPrototype;
-extern eyeFeature eyeModel;
+extern TEyeRows* eyeRows;  // the model that searches use
 extern unsigned char eyeModel2[kEyeModel2Size];  // no score reads it
 
-// Make filters and models from the resources, and destroy the filters. Both return 0.
+// Puts another model in the place of the searches' own, while none runs.
+void UseEyeModel(const eyeFeature& model);
+
+// Make filters and models from the resources, and destroy them. Both return 0.
 int InitEyes();
 int FinalizeEyes();

@@ -94,14 +94,6 @@ struct TColumns {
 constexpr std::uint8_t kNoPattern = kLbpCodes;
 constexpr std::uint8_t kNoBin = kEyeBins + 1;
 
-// The model's rows in the order of the additions, each with the entries that may follow it: bin 12 and a weight of 0.
-struct TRows {
-  static constexpr std::size_t kPatternRow = kLbpCodes + 1;
-  static constexpr std::size_t kS1Row = kEyeBins + 2;
-  float patterns[3][kSpan][kSpan][kPatternRow];
-  float s1[kBands][kOrientations][kSpan][kSpan][kS1Row];
-};
-
 void fillPatterns(const int* codes, int level, TColumns& columns) {
   const std::size_t side = TColumns::kSide >> level;
   for (std::size_t x = 0; x < side; ++x) {
@@ -131,23 +123,6 @@ void fillColumns(const TEyeWindow& window, TColumns& columns) {
   }
 }
 
-void fillRows(const float* weights, TRows& rows) {
-  for (std::size_t i = 0; i < 3 * kRows; ++i) {
-    float* row = &rows.patterns[0][0][0][0] + i * TRows::kPatternRow;
-    std::copy_n(weights + kLbpStart + i * kLbpCodes, kLbpCodes, row);
-    row[kNoPattern] = 0;
-  }
-  for (std::size_t b = 0; b < kBands; ++b) {
-    for (std::size_t o = 0; o < kOrientations; ++o) {
-      for (std::size_t i = 0; i < kRows; ++i) {
-        float* row = &rows.s1[b][o][0][0][0] + i * TRows::kS1Row;
-        std::copy_n(weights + ((o * kBands + b) * kRows + i) * kEyeBins, kEyeBins + 1, row);
-        row[kNoBin] = 0;
-      }
-    }
-  }
-}
-
 // Scores of a few neighbouring places of one column, added up side by side.
 struct TLanes {
   static constexpr std::size_t kCount = 8;
@@ -158,7 +133,7 @@ struct TLanes {
   }
 };
 
-void addPatternLanes(TLanes& lanes, const TColumns& columns, const TRows& rows, int level, int x, std::size_t y) {
+void addPatternLanes(TLanes& lanes, const TColumns& columns, const TEyeRows& rows, int level, int x, std::size_t y) {
   const int side = kEyeWindowSide >> level, cx = x >> level;
   for (int px = std::max(cx - kEyeReach, 0); px <= std::min(cx + kEyeReach, side - 1); ++px) {
     const auto& table = rows.patterns[level][px - cx + kEyeReach];
@@ -167,7 +142,7 @@ void addPatternLanes(TLanes& lanes, const TColumns& columns, const TRows& rows, 
   }
 }
 
-void addS1Lanes(TLanes& lanes, const TColumns& columns, const TRows& rows, int b, int o, int x, std::size_t y) {
+void addS1Lanes(TLanes& lanes, const TColumns& columns, const TEyeRows& rows, int b, int o, int x, std::size_t y) {
   for (int px = std::max(x - kEyeReach, 0); px <= std::min(x + kEyeReach, kEyeWindowSide - 1); ++px) {
     const auto& table = rows.s1[b][o][px - x + kEyeReach];
     const std::uint8_t* column = columns.s1[b][o][px] + y;
@@ -186,18 +161,33 @@ float finish(float score, const TEyeHMaxFeatures& hmax, const float* weights, in
 
 }  // namespace
 
-void ScoreEyeWindow(const TEyeWindow& window, const eyeFeature& model, float* scores) {
+TEyeRows::TEyeRows(const eyeFeature& eyes) : model(eyes) {
   const float* weights = flat(model);
-  const auto columns = std::make_unique<TColumns>();
-  const auto rows = std::make_unique<TRows>();
+  for (std::size_t i = 0; i < 3 * kRows; ++i) {
+    float* row = &patterns[0][0][0][0] + i * kPatternRow;
+    std::copy_n(weights + kLbpStart + i * kLbpCodes, kLbpCodes, row);
+    row[kNoPattern] = 0;
+  }
+  for (std::size_t map = 0; map < std::size_t{kBands} * kOrientations; ++map) {
+    const std::size_t b = map % kBands, o = map / kBands;
+    for (std::size_t i = 0; i < kRows; ++i) {
+      float* row = &s1[b][o][0][0][0] + i * kS1Row;
+      std::copy_n(weights + (map * kRows + i) * kEyeBins, kEyeBins + 1, row);
+      row[kNoBin] = 0;
+    }
+  }
+}
+
+void ScoreEyeWindow(const TEyeWindow& window, const TEyeRows& rows, float* scores) {
+  const float* weights = flat(rows.model);
+  const auto columns = std::make_unique_for_overwrite<TColumns>();
   fillColumns(window, *columns);
-  fillRows(weights, *rows);
   for (int x = kFirstScoredColumn; x <= kLastScoredColumn; ++x) {
     for (std::size_t y = 0; y < TColumns::kSide; y += TLanes::kCount) {
       TLanes lanes;
-      for (int level = 0; level < 3; ++level) addPatternLanes(lanes, *columns, *rows, level, x, y);
+      for (int level = 0; level < 3; ++level) addPatternLanes(lanes, *columns, rows, level, x, y);
       for (int b = 0; b < kBands; ++b) {
-        for (int o = 0; o < kOrientations; ++o) addS1Lanes(lanes, *columns, *rows, b, o, x, y);
+        for (int o = 0; o < kOrientations; ++o) addS1Lanes(lanes, *columns, rows, b, o, x, y);
       }
       for (std::size_t l = 0; l < TLanes::kCount; ++l) {
         const int row = static_cast<int>(y + l);

@@ -25,7 +25,7 @@ int FindRightEye(TIppiImage* frame, int* x, int* y, bool mirror) {
   const auto window = std::make_unique<TEyeWindow>(*eyeHMaxPrototype);
   PrepareEyeWindow(frame, mirror, *window);
   float scores[kEyeWindowSide * kEyeWindowSide] = {};
-  ScoreEyeWindow(*window, eyeModel, scores);
+  ScoreEyeWindow(*window, *eyeRows, scores);
   BestEyePlace(scores, x, y);
   *x += kEyeWindowLeft;
   *y += kEyeWindowTop;

@@ -38,23 +38,28 @@ int moved(int coordinate, int origin, float scale) {
 
 }  // namespace
 
-int CropFaceAdjustFeatures(TIppiImage* image, TFacePosition face, int size, TPoint* features, int featureCount,
-                           float* scale, int* left, int* top) {
+int CropFace(TIppiImage* image, TFacePosition face, int size, TIppiImage* crop, float* scale, int* left, int* top) {
   TSquare square;
   if (face.w < 0 || size < 1 || size > kMaxImageSide || !squareAround(face, square)) return VIZLE_INVALID_ARGUMENT;
 
-  TIppiImage crop(imGray8), scaled(imGray8);
-  image->CopyTo(crop, square.left, square.top, square.left + square.side, square.top + square.side);
+  TIppiImage cut(imGray8), scaled(imGray8);
+  image->CopyTo(cut, square.left, square.top, square.left + square.side, square.top + square.side);
   // 0.4 keeps the floored side from falling one pixel short.
-  const float s = static_cast<float>((size + 0.4) / crop.Width);
-  crop.Resize(scaled, static_cast<double>(s));
-  image->Swap(scaled);
-
-  for (int i = 0; features != nullptr && i < featureCount; ++i) {
-    features[i] = {moved(features[i].x, square.left, s), moved(features[i].y, square.top, s)};
-  }
+  const float s = static_cast<float>((size + 0.4) / cut.Width);
+  cut.Resize(scaled, static_cast<double>(s));
+  crop->Swap(scaled);
   *left = square.left;
   *top = square.top;
   *scale = s;
+  return VIZLE_OK;
+}
+
+int CropFaceAdjustFeatures(TIppiImage* image, TFacePosition face, int size, TPoint* features, int featureCount,
+                           float* scale, int* left, int* top) {
+  const int code = CropFace(image, face, size, image, scale, left, top);
+  if (code != VIZLE_OK) return code;
+  for (int i = 0; features != nullptr && i < featureCount; ++i) {
+    features[i] = {moved(features[i].x, *left, *scale), moved(features[i].y, *top, *scale)};
+  }
   return VIZLE_OK;
 }

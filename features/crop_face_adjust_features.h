@@ -14,3 +14,6 @@ struct TPoint;
 // image can have. Exceptions of memory pass through, also with nothing changed.
 int CropFaceAdjustFeatures(TIppiImage* image, TFacePosition face, int size, TPoint* features, int featureCount,
                            float* scale, int* left, int* top);
+
+// The same crop into an image of its own. `image` is only read, so a large picture need not be copied first.
+int CropFace(TIppiImage* image, TFacePosition face, int size, TIppiImage* crop, float* scale, int* left, int* top);

@@ -137,8 +137,10 @@ class Measurement {
 void useModel(const std::string& file) {
   std::ifstream in(file, std::ios::binary);
   const std::vector<char> bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  if (bytes.size() != kEyeModelHeader + sizeof eyeModel) throw std::runtime_error("no eye model: " + file);
-  std::memcpy(&eyeModel, bytes.data() + kEyeModelHeader, sizeof eyeModel);
+  eyeFeature model;
+  if (bytes.size() != kEyeModelHeader + sizeof model) throw std::runtime_error("no eye model: " + file);
+  std::memcpy(&model, bytes.data() + kEyeModelHeader, sizeof model);
+  UseEyeModel(model);
 }
 
 void run(const Options& options) {

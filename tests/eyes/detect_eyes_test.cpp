@@ -21,7 +21,7 @@ class DetectEyes : public testing::Test {
  protected:
   void SetUp() override {
     ASSERT_EQ(VIZL_Initialize(nullptr), VIZLE_OK);
-    eyeModel = *randomModel(random_);
+    UseEyeModel(*randomModel(random_));
   }
   void TearDown() override { VIZL_Finalize(); }
 

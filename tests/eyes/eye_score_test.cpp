@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -63,7 +64,7 @@ std::uint32_t bits(float value) {
 
 void expectScores(const TEyeWindow& window, const eyeFeature& model) {
   float scores[32 * 32] = {};
-  ScoreEyeWindow(window, model, scores);
+  ScoreEyeWindow(window, *std::make_unique<TEyeRows>(model), scores);
   for (int x = 2; x <= 29; ++x) {
     for (int y = 0; y < 32; ++y) {
       const float single =
