@@ -98,12 +98,11 @@ extern VIZL_API volatile unsigned char NeedInterrupt;
 extern VIZL_API unsigned char NeedBreak;
 extern VIZL_API char* DataFilesPath;
 
-/* The named resources, read-only. Their content comes with the eye and feature search; until then all bytes
- * are 0. */
-extern VIZL_API const unsigned char VIZL_resu1[160];    /* "CDATA" */
-extern VIZL_API const unsigned char VIZL_resu2[178716]; /* "EYESVM" */
-extern VIZL_API const unsigned char VIZL_resu3[178596]; /* "EYESVM2" */
-extern VIZL_API const unsigned char VIZL_resu4[4096];   /* "MW" */
+/* The named resources, read-only, little-endian. */
+extern VIZL_API const unsigned char VIZL_resu1[160];    /* "CDATA": how far each point of a face strays, 40 floats */
+extern VIZL_API const unsigned char VIZL_resu2[178716]; /* "EYESVM": the model of the eye search */
+extern VIZL_API const unsigned char VIZL_resu3[178596]; /* "EYESVM2": a second one, which no search uses */
+extern VIZL_API const unsigned char VIZL_resu4[4096];   /* "MW": how often eyes stand where, 32 by 32 integers */
 
 /* == Life cycle == */
 

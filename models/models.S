@@ -21,19 +21,19 @@
     blob base_grid_text, base_grid.txt
     .byte 0
 
-    # The named resources, all bytes 0 until they are trained. Exported, so not hidden.
-    .macro resource name, size
+    # The named resources. Exported, so not hidden.
+    .macro resource name, file
     .balign 64
     .globl \name
     .type \name, %object
 \name:
-    .zero \size
-    .size \name, \size
+    .incbin "\file"
+    .size \name, . - \name
     .endm
 
-    resource VIZL_resu1, 160
-    resource VIZL_resu2, 178716
-    resource VIZL_resu3, 178596
-    resource VIZL_resu4, 4096
+    resource VIZL_resu1, cdata.bin
+    resource VIZL_resu2, eyesvm.bin
+    resource VIZL_resu3, eyesvm2.bin
+    resource VIZL_resu4, mw.bin
 
     .section .note.GNU-stack,"",%progbits
