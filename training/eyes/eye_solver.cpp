@@ -23,15 +23,13 @@ void forCompared(Work work) {
   }
 }
 
-// The wanted share of each place. Half a pixel below the pupil, which cancels the truncation of the result; sideways it
+// How good each place is, 1 at the true one. Half a pixel below the pupil, which cancels the truncation of the result; sideways it
 // cannot be cancelled, since the mirrored eye is truncated the other way.
 void fillWanted(const EyeSample& sample, double width, std::vector<double>& wanted) {
-  double sum = 0;
   forCompared([&](std::size_t at) {
     const double dx = static_cast<double>(at % kSide) - sample.x, dy = static_cast<double>(at / kSide) - sample.y - 0.5;
-    sum += wanted[at] = std::exp(-(dx * dx + dy * dy) / (2 * width * width)) + 1e-30;
+    wanted[at] = std::exp(-(dx * dx + dy * dy) / (2 * width * width)) + 1e-30;
   });
-  forCompared([&](std::size_t at) { wanted[at] /= sum; });
 }
 
 }  // namespace
@@ -51,19 +49,21 @@ double EyeSolver::addSample(const EyeSample& sample) {
   std::vector<double> wanted(kSide * kSide), chance(kSide * kSide);
   fillWanted(sample, options_.width, wanted);
   const auto compared = [&](std::size_t at) { return static_cast<double>(scores[at - 1] + scores[at] + scores[at + 1]); };
-  double lowest = 1e300, sum = 0, loss = 0;
+  double lowest = 1e300, sum = 0, good = 0;
   forCompared([&](std::size_t at) { lowest = std::min(lowest, compared(at)); });
-  forCompared([&](std::size_t at) { sum += chance[at] = std::exp(lowest - compared(at)); });
+  forCompared([&](std::size_t at) {
+    sum += chance[at] = std::exp(lowest - compared(at));
+    good += wanted[at] *= chance[at];
+  });
 
   float slopes[kSide * kSide] = {};
   forCompared([&](std::size_t at) {
-    loss += wanted[at] * (compared(at) - lowest);
-    const auto slope = static_cast<float>(wanted[at] - chance[at] / sum);
+    const auto slope = static_cast<float>(wanted[at] / good - chance[at] / sum);
     for (std::size_t neighbour = at - 1; neighbour <= at + 1; ++neighbour) slopes[neighbour] += slope;
   });
   constexpr float kNegligible = 1e-4f;
   addGradient(sample, slopes, kNegligible, gradient_);
-  return loss + std::log(sum);
+  return std::log(sum / good);
 }
 
 void EyeSolver::step(std::size_t samples, double progress) {

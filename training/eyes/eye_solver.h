@@ -12,14 +12,15 @@ struct SolverOptions {
   std::size_t batch = 16;      // windows a step
   double rate = 0.003;         // length of the first steps; falls to 0 along half a cosine
   double decay = 0.01;         // pull of the weights towards 0, relative to the rate
-  double width = 1.0;          // s.d. of the wanted places around the true one, pixels
+  double width = 1.0;          // s.d. of how good a place is, pixels
   unsigned seed = 1;
 };
 
 // The chance of each place of a window to be the one found is made exp(-t) over its sum, with t the sum of three
-// neighbouring scores that the search compares. Minimised is the cross entropy to a Gaussian around the true place, so
-// that all places of a window compete with each other and the hardest ones count most. Steps are Adam's (Kingma and Ba
-// 2015) with decoupled decay.
+// neighbouring scores that the search compares. How good a place is falls with its distance from the true one like a
+// Gaussian, and minimised is the negative logarithm of the expected good: all places of a window compete with each
+// other, the hardest ones count most, and which of several good places wins does not matter. Steps are Adam's (Kingma
+// and Ba 2015) with decoupled decay.
 class EyeSolver {
  public:
   explicit EyeSolver(const SolverOptions& options);

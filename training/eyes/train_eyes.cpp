@@ -139,7 +139,7 @@ int main(int argc, char** argv) {
   app.add_option("--batch", options.solver.batch, "windows a step")->capture_default_str();
   app.add_option("--rate", options.solver.rate)->capture_default_str();
   app.add_option("--decay", options.solver.decay)->capture_default_str();
-  app.add_option("--width", options.solver.width, "s.d. of the wanted places, pixels")->capture_default_str();
+  app.add_option("--width", options.solver.width, "s.d. of how good a place is, pixels")->capture_default_str();
   app.add_option("--seed", options.solver.seed)->capture_default_str();
   CLI11_PARSE(app, argc, argv);
   try {
