@@ -24,14 +24,6 @@ void drawDot(TIppiImage& canvas, double x, double y, const Color& color) {
   }
 }
 
-void drawLine(TIppiImage& canvas, LabelledPoint from, LabelledPoint to, const Color& color) {
-  const int steps = static_cast<int>(std::max(std::abs(to.x - from.x), std::abs(to.y - from.y))) + 1;
-  for (int i = 0; i <= steps; ++i) {
-    const double t = static_cast<double>(i) / steps;
-    drawDot(canvas, from.x + t * (to.x - from.x), from.y + t * (to.y - from.y), color);
-  }
-}
-
 // The point at (right, down) from the centre in the square's own frame, in units of half its side.
 LabelledPoint pointOf(const FaceSquare& square, double right, double down) {
   const double c = std::cos(square.roll * std::numbers::pi / 180) * square.w / 2;
@@ -46,6 +38,14 @@ void colorCanvas(TIppiImage& gray, TIppiImage& canvas) {
   canvas.AllocNew(gray.Width, gray.Height);
   const Ipp8u* const planes[3] = {gray.Pixels, gray.Pixels, gray.Pixels};
   ippiCopy_8u_P3C3R(planes, gray.Step, canvas.Pixels, canvas.Step, canvas.RoiSize);
+}
+
+void drawLine(TIppiImage& canvas, LabelledPoint from, LabelledPoint to, const Color& color) {
+  const int steps = static_cast<int>(std::max(std::abs(to.x - from.x), std::abs(to.y - from.y))) + 1;
+  for (int i = 0; i <= steps; ++i) {
+    const double t = static_cast<double>(i) / steps;
+    drawDot(canvas, from.x + t * (to.x - from.x), from.y + t * (to.y - from.y), color);
+  }
 }
 
 void drawSquare(TIppiImage& canvas, const FaceSquare& square, const Color& color) {

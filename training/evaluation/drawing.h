@@ -15,6 +15,8 @@ constexpr Color kRed{255, 0, 0};
 
 void colorCanvas(TIppiImage& gray, TIppiImage& canvas);
 
+void drawLine(TIppiImage& canvas, LabelledPoint from, LabelledPoint to, const Color& color);
+
 // The outline of the turned square, with a mark at its upper side. Parts outside the canvas are left out.
 void drawSquare(TIppiImage& canvas, const FaceSquare& square, const Color& color);
 

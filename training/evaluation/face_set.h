@@ -11,6 +11,13 @@ namespace evaluation {
 // The faces kept out of training whose file name starts with `folder`.
 std::vector<FaceLabel> validationFaces(const std::vector<FaceLabel>& labels, const std::string& folder);
 
+// Whether a person of the train split is left out of the training of the facial points too, so that choices can be made
+// without a look at the val split. Depends on the name alone; 8 % of the people.
+bool keptForChoices(const std::string& person);
+
+// The faces of these people whose file name starts with `folder`.
+std::vector<FaceLabel> choiceFaces(const std::vector<FaceLabel>& labels, const std::string& folder);
+
 // Every tenth file of a folder in sorted order, which training leaves out. Throws std::runtime_error.
 std::vector<std::string> heldOutBackgrounds(const std::string& folder);
 
