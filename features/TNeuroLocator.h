@@ -88,7 +88,7 @@ class TNeuroLocator {
   void CoarseSlide(Place& best);
   void FineSlide(Place& best);
   void GeneticStage();
-  void WantShapes(const ShapeRow* nodes, int count);
+  void WantMissing(const ShapeRow* nodes, const unsigned char* missing);
   void BendShapes(const ShapeRow* parameters, ShapeRow* nodes) const;
   void RefinePass(int step);
   void RefineNode(int node, int step);

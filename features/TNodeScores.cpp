@@ -8,7 +8,6 @@
 namespace {
 
 constexpr std::size_t kCells = std::size_t{4} * kNodes * kScoreTableSize;
-constexpr std::size_t kUsualVisits = 1U << 16;
 // In the place of a score that is noted but not found yet; no score is above 1.5.
 constexpr float kNoted = 2.0F;
 constexpr std::size_t kAtOnce = 64;
@@ -19,17 +18,16 @@ void TNodeScores::Begin(const TIppiImage& face) {
   if (!scores_) {
     scores_.reset(static_cast<float*>(std::calloc(kCells, sizeof(float))));
     if (!scores_) throw std::bad_alloc();
-    visits_.reserve(kUsualVisits);
   }
-  for (const Visit& visit : visits_) scores_[visit.cell] = 0.0F;
-  visits_.clear();
-  evaluated_ = 0;
+  for (const Visit& visit : noted_) scores_[visit.cell] = 0.0F;
+  for (const std::uint32_t cell : known_) scores_[cell] = 0.0F;
+  noted_.clear();
+  known_.clear();
   image_.Assign(face);
 }
 
 void TNodeScores::Note(std::uint32_t cell, int node, int x, int y) {
-  visits_.push_back(
-      {cell, static_cast<std::uint8_t>(node), static_cast<std::uint8_t>(x), static_cast<std::uint8_t>(y)});
+  noted_.push_back({cell, static_cast<std::uint8_t>(node), static_cast<std::uint8_t>(x), static_cast<std::uint8_t>(y)});
   scores_[cell] = kNoted;
 }
 
@@ -41,11 +39,11 @@ float TNodeScores::Evaluated(int node, int x, int y) {
 }
 
 void TNodeScores::Evaluate() {
-  while (evaluated_ < visits_.size()) {
-    const std::size_t count = std::min(kAtOnce, visits_.size() - evaluated_);
-    EvaluateSome(visits_.data() + evaluated_, count);
-    evaluated_ += count;
+  for (std::size_t first = 0; first < noted_.size(); first += kAtOnce) {
+    EvaluateSome(noted_.data() + first, std::min(kAtOnce, noted_.size() - first));
   }
+  for (const Visit& visit : noted_) known_.push_back(visit.cell);
+  noted_.clear();
 }
 
 void TNodeScores::EvaluateSome(const Visit* visits, std::size_t count) {

@@ -8,11 +8,10 @@
 void TPatchImage::Allocate() {
   if (pixels_) return;
   constexpr std::size_t kPositions = std::size_t{kSide} * kSide;
-  // The last row of all patches may be read to the end of a vector.
-  pixels_ = std::make_unique<unsigned char[]>(std::size_t{kStep} * (kRangePictureSide + 1));
+  pixels_ = std::make_unique_for_overwrite<unsigned char[]>(std::size_t{kStep} * kRangePictureSide);
   low_ = std::make_unique_for_overwrite<unsigned char[]>(kPositions);
   high_ = std::make_unique_for_overwrite<unsigned char[]>(kPositions);
-  work_ = std::make_unique<unsigned char[]>(kRangeWorkBytes);
+  work_ = std::make_unique_for_overwrite<unsigned char[]>(kRangeWorkBytes);
 }
 
 void TPatchImage::Assign(const TIppiImage& face) {

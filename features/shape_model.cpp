@@ -1,5 +1,6 @@
 // What faces look like: grids made from few parameters, and how well a grid fits the image.
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 #include "features/TNeuroLocator.h"
@@ -109,22 +110,24 @@ void TNeuroLocator::ShapeSimilarities(const float* const* parameters, int count,
   BendShapes(rows, nodes);
   const ScoreTables tables{Scores.Even(), kNodes, kMargin, static_cast<float>(ImageWidth) - kMargin,
                            static_cast<float>(ImageHeight) - kMargin};
+  unsigned char missing[kNodes];
   const auto meanScores = kernels().patch.meanScores;
-  if (!meanScores(tables, nodes, means)) {
-    WantShapes(nodes, count);
-    Scores.Evaluate();
-    meanScores(tables, nodes, means);
+  if (!meanScores(tables, nodes, means, missing)) {
+    WantMissing(nodes, missing);
+    meanScores(tables, nodes, means, missing);
   }
   std::copy_n(means, count, similarities);
 }
 
-void TNeuroLocator::WantShapes(const ShapeRow* nodes, int count) {
+void TNeuroLocator::WantMissing(const ShapeRow* nodes, const unsigned char* missing) {
   for (int n = 0; n < kNodes; ++n) {
-    for (int lane = 0; lane < count; ++lane) {
-      const float x = nodes[2 * n][lane], y = nodes[2 * n + 1][lane];
-      if (Counts(x, y)) Scores.Want(n, static_cast<int>(x) & ~1, static_cast<int>(y) & ~1);
+    for (unsigned lanes = missing[n]; lanes != 0; lanes &= lanes - 1) {
+      const int lane = std::countr_zero(lanes);
+      const auto x = static_cast<int>(nodes[2 * n][lane]), y = static_cast<int>(nodes[2 * n + 1][lane]);
+      Scores.Want(n, x & ~1, y & ~1);
     }
   }
+  Scores.Evaluate();
 }
 
 TSPoint TNeuroLocator::PlacedNode(std::size_t node, float tx, float ty, float sx, float sy) const {

@@ -18,8 +18,10 @@ constexpr int kRangePictureStep = 320;
 // The value of rank 4, counted from 0: the four darkest (brightest) pixels don't count.
 constexpr int kRangeListLength = 5;
 constexpr int kRangeMaxLanes = 32;  // of a vector of bytes
+constexpr int kRangeRowsAtOnce = 64;
 constexpr std::size_t kRangeWorkBytes =
-    std::size_t{kRangeListLength} * (kRangePictureStep * kRangeSide + kRangeMaxLanes * kRangePictureSide);
+    std::size_t{kRangeListLength} *
+    (kRangePictureStep * kRangeRowsAtOnce + kRangeMaxLanes * (kRangeRowsAtOnce + kPatchSide - 1));
 
 // So many shapes are made and scored side by side, one to a lane.
 constexpr int kShapeLanes = 8;
@@ -58,9 +60,9 @@ struct PatchKernels {
   // of coordinates.
   void (*bendShapes)(const ShapeModel& model, const ShapeRow* parameters, const ShapeRow& cosines,
                      const ShapeRow& sines, ShapeRow* nodes);
-  // Mean score of the nodes that count in each shape, 0 without any. False if a score is not known: then the means
-  // mean nothing.
-  bool (*meanScores)(const ScoreTables& tables, const ShapeRow* nodes, ShapeRow& means);
+  // Mean score of the nodes that count in each shape, 0 without any. Where a node's score is not known, its byte of
+  // `missing` has the lane's bit set; false if that happens anywhere, and then the means mean nothing.
+  bool (*meanScores)(const ScoreTables& tables, const ShapeRow* nodes, ShapeRow& means, Ipp8u* missing);
 };
 
 void fillPatchKernelsBase(PatchKernels& table);

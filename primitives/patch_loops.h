@@ -181,23 +181,25 @@ struct Smallest {
   }
 };
 
-// Lists of the columns of height 32 in a strip one vector wide; row y's lists begin at lists + y * 5 * step.
+// Lists of the columns of height 32 in a strip one vector wide, for 64 rows of windows; row y's lists begin at
+// lists + y * 5 * step.
 template <class B>
 void columnLists(const Ipp8u* picture, Ipp8u flip, Ipp8u* strip, Ipp8u* lists) {
   using List = Smallest<B>;
   constexpr std::ptrdiff_t kPitch = B::kLanes, kRow = kRangeListLength * kPitch, kStep = kRangePictureStep;
+  constexpr int kRows = kRangeRowsAtOnce + kPatchSide - 1;
   const auto mask = B::set(flip);
   const auto pixels = [&](int y) { return B::flip(B::load(picture + y * kStep), mask); };
-  for (int y = 0; y + 3 < kRangePictureSide; ++y) {
+  for (int y = 0; y + 3 < kRows; ++y) {
     List::OfFour(pixels(y), pixels(y + 1), pixels(y + 2), pixels(y + 3)).Store(strip + y * kRow, kPitch);
   }
   const auto merged = [&](int y, int height) {
     return List::Merge(List::Load(strip + y * kRow, kPitch), List::Load(strip + (y + height) * kRow, kPitch));
   };
   for (int height = 4; height <= 8; height *= 2) {
-    for (int y = 0; y + 2 * height <= kRangePictureSide; ++y) merged(y, height).Store(strip + y * kRow, kPitch);
+    for (int y = 0; y + 2 * height <= kRows; ++y) merged(y, height).Store(strip + y * kRow, kPitch);
   }
-  for (int y = 0; y < kRangeSide; ++y) merged(y, 16).Store(lists + y * kRangeListLength * kStep, kStep);
+  for (int y = 0; y < kRangeRowsAtOnce; ++y) merged(y, 16).Store(lists + y * kRangeListLength * kStep, kStep);
 }
 
 // Widens the lists of one row in place and writes the fifth values.
@@ -219,10 +221,14 @@ void rowExtremes(Ipp8u* lists, Ipp8u flip, Ipp8u* result) {
 
 template <class B>
 void patchExtremes(const Ipp8u* picture, Ipp8u flip, Ipp8u* result, Ipp8u* work) {
-  Ipp8u* const strip = work + kRangeListLength * kRangePictureStep * kRangeSide;
-  for (int x = 0; x < kRangePictureSide; x += B::kLanes) columnLists<B>(picture + x, flip, strip, work + x);
-  for (int y = 0; y < kRangeSide; ++y) {
-    rowExtremes<B>(work + y * kRangeListLength * kRangePictureStep, flip, result + y * kRangeSide);
+  constexpr int kLists = kRangeListLength * kRangePictureStep;
+  Ipp8u* const strip = work + kLists * kRangeRowsAtOnce;
+  for (int first = 0; first < kRangeSide; first += kRangeRowsAtOnce) {
+    const Ipp8u* rows = picture + first * kRangePictureStep;
+    for (int x = 0; x < kRangePictureSide; x += B::kLanes) columnLists<B>(rows + x, flip, strip, work + x);
+    for (int y = 0; y < kRangeRowsAtOnce; ++y) {
+      rowExtremes<B>(work + y * kLists, flip, result + (first + y) * kRangeSide);
+    }
   }
 }
 
@@ -283,10 +289,10 @@ void bendShapes(const ShapeModel& model, const ShapeRow* parameters, const Shape
 }
 
 template <class F>
-bool meanScores(const ScoreTables& tables, const ShapeRow* nodes, ShapeRow& means) {
+bool meanScores(const ScoreTables& tables, const ShapeRow* nodes, ShapeRow& means, Ipp8u* missing) {
   const auto margin = F::set(tables.margin), right = F::set(tables.right), bottom = F::set(tables.bottom);
   const auto zero = F::set(0.0F), one = F::set(1.0F);
-  unsigned missing = 0;
+  unsigned anywhere = 0;
   for (int lane = 0; lane < kShapeLanes; lane += F::kLanes) {
     auto sum = zero, count = zero;
     const Ipp32f* table = tables.scores;
@@ -295,14 +301,16 @@ bool meanScores(const ScoreTables& tables, const ShapeRow* nodes, ShapeRow& mean
       const auto counts =
           F::both(F::both(F::less(margin, x), F::less(x, right)), F::both(F::less(margin, y), F::less(y, bottom)));
       const auto score = F::tableScores(table, x, y, counts);
-      missing |= F::mask(F::both(counts, F::equal(score, zero)));
+      const unsigned unknown = F::mask(F::both(counts, F::equal(score, zero))) << lane;
+      missing[n] = static_cast<Ipp8u>(lane == 0 ? unknown : missing[n] | unknown);
+      anywhere |= unknown;
       sum = F::add(sum, F::where(counts, score));
       count = F::add(count, F::where(counts, one));
     }
     const auto any = F::less(zero, count);
     F::store(means + lane, F::where(any, F::div(sum, F::atLeast(one, count))));
   }
-  return missing == 0;
+  return anywhere == 0;
 }
 
 // --- Plain loops, which the compiler makes into vectors ----------------------------------------------------

@@ -164,8 +164,11 @@ TEST_P(PatchLevels, ShapesAndTheirScores) {
     }
     const ScoreTables tables{scores.data(), coordinates / 2, 3, round % 7 ? 253.0F : 4.0F, 253};
     ShapeRow base = {}, level = {};
-    const bool known = Base().meanScores(tables, nodes, base);
-    EXPECT_EQ(Kernel().meanScores(tables, nodes, level), known);
+    std::vector<Ipp8u> baseMissing(count / 2 + 1, 7), missing = baseMissing;
+    const bool known = Base().meanScores(tables, nodes, base, baseMissing.data());
+    EXPECT_EQ(Kernel().meanScores(tables, nodes, level, missing.data()), known);
+    EXPECT_EQ(missing, baseMissing);
+    EXPECT_EQ(missing.back(), 7);
     EXPECT_TRUE(sameBits(base, level, kShapeLanes)) << round;
   }
 }
@@ -174,23 +177,26 @@ TEST_P(PatchLevels, ShapesAndTheirScores) {
 TEST_P(PatchLevels, UnknownScoresAreTold) {
   std::vector<float> scores(2 * kScoreTableSize, 1.0F);
   ShapeRow nodes[4], means;
+  Ipp8u missing[2];
   for (int lane = 0; lane < kShapeLanes; ++lane) {
     nodes[0][lane] = nodes[1][lane] = 50.0F + static_cast<float>(10 * lane);
     nodes[2][lane] = nodes[3][lane] = 101.9F;
   }
   const ScoreTables tables{scores.data(), 2, 3, 253, 253};
-  EXPECT_TRUE(Kernel().meanScores(tables, nodes, means));
+  EXPECT_TRUE(Kernel().meanScores(tables, nodes, means, missing));
   for (const float mean : means) EXPECT_EQ(mean, 1.0F);
   scores[kScoreTableSize + 50 * kScoreTableSide + 50] = 0.5F;
-  EXPECT_TRUE(Kernel().meanScores(tables, nodes, means));
+  EXPECT_TRUE(Kernel().meanScores(tables, nodes, means, missing));
   for (const float mean : means) EXPECT_EQ(mean, 0.75F);
   scores[55 * kScoreTableSide + 55] = 0;
-  EXPECT_FALSE(Kernel().meanScores(tables, nodes, means));
+  EXPECT_FALSE(Kernel().meanScores(tables, nodes, means, missing));
+  EXPECT_EQ(missing[0], 1 << 6);
+  EXPECT_EQ(missing[1], 0);
   nodes[1][6] = 253;
-  EXPECT_TRUE(Kernel().meanScores(tables, nodes, means));
+  EXPECT_TRUE(Kernel().meanScores(tables, nodes, means, missing));
   EXPECT_EQ(means[6], 0.5F);
   nodes[2][6] = 3;
-  EXPECT_TRUE(Kernel().meanScores(tables, nodes, means));
+  EXPECT_TRUE(Kernel().meanScores(tables, nodes, means, missing));
   EXPECT_EQ(means[6], 0.0F);
 }
 
