@@ -55,12 +55,11 @@ void hiddenSums(const Ipp8u* patch, std::ptrdiff_t step, Ipp32f scale, Ipp32f of
   PartialSums<F> partial[kHiddenNeurons];
   const auto s = F::set(scale), o = F::set(offset), low = F::set(-0.5F), high = F::set(0.5F);
   const Ipp32f *w0 = weights[0], *w1 = weights[1], *w2 = weights[2];
-  for (int block = 0; block < kPatchPixels / kPartialSums; ++block) {
-    const Ipp8u* pixels = patch + block / 2 * step + block % 2 * kPartialSums;
-    for (int k = 0; k < PartialSums<F>::kVectors; ++k) {
-      const auto x = F::add(F::mul(F::pixels(pixels + k * F::kLanes), s), o);
+  for (int row = 0; row < kPatchSide; ++row, patch += step, w0 += kPatchSide, w1 += kPatchSide, w2 += kPatchSide) {
+    for (int at = 0; at < kPatchSide; at += F::kLanes) {
+      const auto x = F::add(F::mul(F::pixels(patch + at), s), o);
       const auto input = F::atMost(high, F::atLeast(low, x));
-      const int at = block * kPartialSums + k * F::kLanes;
+      const int k = at / F::kLanes % PartialSums<F>::kVectors;
       partial[0].Add(k, input, F::load(w0 + at));
       partial[1].Add(k, input, F::load(w1 + at));
       partial[2].Add(k, input, F::load(w2 + at));
