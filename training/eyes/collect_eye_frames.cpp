@@ -105,14 +105,15 @@ class Collector {
     }
     for (EyeFrame& frame : frames) frame.person = person;
     const std::lock_guard lock(guard_);
-    frames_.insert(frames_.end(), frames.begin(), frames.end());
+    frames_[seed] = std::move(frames);
   }
 
-  // In an order that does not depend on the threads.
+  // Sorted by person, in an order that does not depend on the threads.
   std::vector<EyeFrame> take() {
-    std::stable_sort(frames_.begin(), frames_.end(),
-                     [](const EyeFrame& a, const EyeFrame& b) { return a.person < b.person; });
-    return std::move(frames_);
+    std::vector<EyeFrame> all;
+    for (auto& [seed, frames] : frames_) all.insert(all.end(), frames.begin(), frames.end());
+    std::stable_sort(all.begin(), all.end(), [](const EyeFrame& a, const EyeFrame& b) { return a.person < b.person; });
+    return all;
   }
 
  private:
@@ -129,7 +130,7 @@ class Collector {
   const Options& options_;
   TIppiFaceDetector& detector_;
   std::mutex guard_;
-  std::vector<EyeFrame> frames_;
+  std::map<unsigned, std::vector<EyeFrame>> frames_;  // by the seed of the picture
 };
 
 void run(const Options& options) {

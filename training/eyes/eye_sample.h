@@ -24,7 +24,7 @@ struct EyeSample {
   std::uint8_t patterns2[8 * 8];
   std::uint8_t c1[32 * 32][16];  // bins at each place, orientations and bands in any order
   std::vector<S1Entry> s1;
-  // True place of the pupil in the window, pixels; the window of the second eye is mirrored.
+  // The frame's place of the pupil in the window, pixels; the window of the second eye is mirrored.
   double x;
   double y;
 };
