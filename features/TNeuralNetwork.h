@@ -12,7 +12,7 @@ class alignas(64) TNeuron {
 
  private:
   // Puts the first input weight on a cache line of its own.
-  float toCacheLine_[15 - sizeof(void*) / sizeof(float)];
+  [[maybe_unused]] float toCacheLine_[15 - sizeof(void*) / sizeof(float)];
 
  public:
   float Weights[1 + kPatchPixels];  // the bias, then one weight for each input

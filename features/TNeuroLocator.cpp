@@ -10,7 +10,7 @@ namespace {
 
 std::shared_ptr<const TNeuralNetwork[]> loadNetworks(const unsigned char* stream, const unsigned char* end) {
   auto networks = std::make_shared<TNeuralNetwork[]>(kNodes);
-  for (std::size_t n = 0; n < kNodes; ++n) {
+  for (std::ptrdiff_t n = 0; n < kNodes; ++n) {
     if (networks[n].LoadFromStream(&stream, end) != 0) throw std::invalid_argument("damaged networks");
   }
   if (stream != end) throw std::invalid_argument("more than forty networks");

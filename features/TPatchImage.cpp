@@ -33,11 +33,11 @@ void TPatchImage::Share(int x, int y) {
   bool& done = centreX == 0 ? shared_[0][centreY] : shared_[1][centreX];
   if (done) return;
   done = true;
-  const int from = y * kSide + x;
+  const std::size_t from = At(x, y);
   for (int row = y < 2 ? 0 : y; row <= (y < 2 ? 1 : y); ++row) {
     for (int column = x < 2 ? 0 : x; column <= (x < 2 ? 1 : x); ++column) {
-      low_[row * kSide + column] = low_[from];
-      high_[row * kSide + column] = high_[from];
+      low_[At(column, row)] = low_[from];
+      high_[At(column, row)] = high_[from];
     }
   }
 }

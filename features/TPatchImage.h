@@ -1,6 +1,7 @@
 // The face as the networks look at it.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include "features/patch.h"
@@ -30,11 +31,12 @@ class TPatchImage {
   TPatchRange Range(int left, int top) {
     const int x = left + kBefore, y = top + kBefore;
     if (x < 2 || y < 2) Share(x, y);
-    const int at = y * kSide + x;
+    const std::size_t at = At(x, y);
     return {low_[at], high_[at]};
   }
 
  private:
+  static std::size_t At(int x, int y) { return static_cast<std::size_t>(y * kSide + x); }
   void Allocate();
   void Share(int x, int y);
 

@@ -185,7 +185,7 @@ TEST_F(ShapeModelTest, LinkTermOfWholeGrids) {
   point.Nodes[36] = {110, 100};
   locator_.Grid2.Assign(point);
   double sum = 0;
-  for (const std::size_t j : {2, 3, 20}) {
+  for (const std::size_t j : {2U, 3U, 20U}) {
     const double dx = mean.Nodes[36].x - mean.Nodes[j].x, dy = mean.Nodes[36].y - mean.Nodes[j].y;
     sum += std::pow(std::sqrt(dx * dx + dy * dy) - 10, 2) / 100 / 3;
   }
