@@ -57,7 +57,8 @@ void fillFace(TIppiImage& face, int width, int height, unsigned seed) {
   const double phase = seed, fx = 0.05 + 0.01 * (seed % 5), fy = 0.08 - 0.01 * (seed % 3);
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {
-      const double value = 120 + 60 * std::sin(fx * x + phase) + 50 * std::cos(fy * y + 0.02 * x) + static_cast<double>(random() % 20);
+      const double value =
+          120 + 60 * std::sin(fx * x + phase) + 50 * std::cos(fy * y + 0.02 * x) + static_cast<double>(random() % 20);
       facePixel(face, x, y) = static_cast<unsigned char>(std::clamp(value, 0.0, 255.0));
     }
   }
