@@ -8,6 +8,7 @@
 #include <type_traits>
 
 #include "features/face_image.h"
+#include "training/features/forehead_labels.h"
 
 static_assert(std::is_trivially_copyable_v<FeatureFrame> && kFrameSide == kFaceImageSide);
 
@@ -30,6 +31,7 @@ bool cutFeatureFrame(evaluation::FaceView& view, const TFacePosition& place, Fea
     frame.points[2 * n] = point.x + 0.5f;
     frame.points[2 * n + 1] = point.y + 0.5f;
   }
+  placeForehead(frame.points);
   return true;
 }
 

@@ -19,7 +19,7 @@ enum class FrameKind : std::uint8_t {
 
 // The face picture that TFaceImage cuts, and the labels in it.
 struct FeatureFrame {
-  std::array<float, 80> points;  // x and y in turn; pixel i spans i .. i + 1
+  std::array<float, 80> points;  // x and y in turn, the forehead as placeForehead has it; pixel i spans i .. i + 1
   std::int32_t face;             // index of the labelled face
   FrameKind kind;
   bool mirrored;

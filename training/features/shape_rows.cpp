@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <iterator>
+#include <numbers>
+#include <numeric>
 
 #include "features/mean_grid.h"
+#include "training/evaluation/point_errors.h"
 
 namespace {
 
@@ -63,17 +67,76 @@ double along(const Shape& row, const Shape& aligned, const Shape& mean) {
   return sum;
 }
 
-std::vector<double> secondMoment(const std::vector<Shape>& aligned) {
+double product(const Shape& a, const Shape& b) { return std::inner_product(a.begin(), a.end(), b.begin(), 0.0); }
+
+// Takes the parts along orthonormal rows out; twice, since the first time leaves rounding behind.
+void clearOf(Shape& shape, const std::vector<Shape>& rows) {
+  for (int pass = 0; pass < 2; ++pass) {
+    for (const Shape& row : rows) {
+      const double part = product(shape, row);
+      for (std::size_t k = 0; k < kCoordinates; ++k) shape[k] -= part * row[k];
+    }
+  }
+}
+
+// The second moment about the mean face of what the rows leave.
+std::vector<double> secondMoment(const std::vector<Shape>& aligned, const std::vector<Shape>& rows) {
   const Shape mean = meanShape();
   std::vector<double> moment(kCoordinates * kCoordinates);
-  for (const Shape& shape : aligned) {
+  for (Shape rest : aligned) {
+    for (std::size_t k = 0; k < kCoordinates; ++k) rest[k] -= mean[k];
+    clearOf(rest, rows);
     for (std::size_t i = 0; i < kCoordinates; ++i) {
-      const double scaled = (shape[i] - mean[i]) / static_cast<double>(aligned.size());
-      for (std::size_t j = 0; j < kCoordinates; ++j) moment[i * kCoordinates + j] += scaled * (shape[j] - mean[j]);
+      const double scaled = rest[i] / static_cast<double>(aligned.size());
+      for (std::size_t j = 0; j < kCoordinates; ++j) moment[i * kCoordinates + j] += scaled * rest[j];
     }
   }
   return moment;
 }
+
+std::vector<Shape> components(const std::vector<Shape>& aligned, const std::vector<Shape>& rows, std::size_t count) {
+  const EigenPairs pairs = symmetricEigen(secondMoment(aligned, rows), kCoordinates);
+  std::vector<Shape> found(count);
+  for (std::size_t k = 0; k < count; ++k) std::copy_n(pairs.vectors[k].begin(), kCoordinates, found[k].begin());
+  return found;
+}
+
+// The unit row along one coordinate, as far as `rows` leave it, is added to them.
+void addCoordinate(std::vector<Shape>& rows, std::size_t coordinate) {
+  Shape row{};
+  row[coordinate] = 1;
+  clearOf(row, rows);
+  const double length = std::sqrt(product(row, row));
+  for (double& value : row) value /= length;
+  rows.push_back(row);
+}
+
+Shape upAndDown() {
+  Shape row{};
+  for (std::size_t k = 1; k < kCoordinates; k += 2) row[k] = 1 / std::sqrt(static_cast<double>(kNodes));
+  return row;
+}
+
+void turnHalfway(Shape& a, Shape& b) {
+  for (std::size_t k = 0; k < kCoordinates; ++k) {
+    const double sum = a[k] + b[k], difference = a[k] - b[k];
+    a[k] = sum / std::numbers::sqrt2;
+    b[k] = difference / std::numbers::sqrt2;
+  }
+}
+
+// Root of the mean square of the aligned shapes along the row, about the mean face.
+double spreadOf(const Shape& row, const std::vector<Shape>& aligned) {
+  const Shape mean = meanShape();
+  double sum = 0;
+  for (const Shape& shape : aligned) sum += std::pow(along(row, shape, mean), 2);
+  return std::sqrt(sum / static_cast<double>(aligned.size()));
+}
+
+// x of the top; x and y of the upper forehead; y of the temples.
+constexpr std::size_t kFreeForehead[] = {10, 12, 13, 14, 15, 17, 19};
+constexpr std::size_t kComponents = 20;
+constexpr std::size_t kEarlyComponents = 5;
 
 }  // namespace
 
@@ -88,13 +151,21 @@ Shape alignedToMean(const Shape& shape) {
 }
 
 std::vector<ShapeRowSpread> chooseShapeRows(const std::vector<Shape>& aligned) {
-  const EigenPairs pairs = symmetricEigen(secondMoment(aligned), kCoordinates);
-  std::vector<ShapeRowSpread> rows(kDeformations);
-  for (std::size_t k = 0; k < kDeformations; ++k) {
-    std::copy_n(pairs.vectors[k].begin(), kCoordinates, rows[k].row.begin());
-    rows[k].spread = std::sqrt(std::max(0.0, pairs.values[k]));
+  std::vector<Shape> rows = {upAndDown()};
+  std::vector<Shape> found = components(aligned, rows, kComponents);
+  turnHalfway(found[0], found[1]);
+  rows.insert(rows.end(), found.begin(), found.end());
+  for (const std::size_t coordinate : kFreeForehead) addCoordinate(rows, coordinate);
+  for (const std::size_t n : evaluation::kOutlineNodes) {
+    if (rows.size() < kDeformations) addCoordinate(rows, 2 * n);
+    if (rows.size() < kDeformations) addCoordinate(rows, 2 * n + 1);
   }
-  return rows;
+  // The forehead comes before the later components: its rows take the wide ranges between.
+  const auto late = rows.begin() + 1 + kEarlyComponents, forehead = rows.begin() + 1 + kComponents;
+  std::rotate(late, forehead, forehead + std::size(kFreeForehead));
+  std::vector<ShapeRowSpread> chosen;
+  for (const Shape& row : rows) chosen.push_back({row, spreadOf(row, aligned)});
+  return chosen;
 }
 
 void printShapeRows(const std::vector<ShapeRowSpread>& rows, const std::vector<Shape>& aligned) {

@@ -19,8 +19,17 @@ struct ShapeRowSpread {
   double spread = 0;
 };
 
-// The rows that the search bends the mean face along, in the order of the ranges. Here the principal components of the
-// aligned shapes about MeanGrid40, not about their own mean, so that this mean can be reached.
+// The rows that the search bends the mean face along, in the order of the ranges, which are given and far wider than
+// faces need. What a row does with the excess decides how far the search can stray:
+//   - the widest range moves the whole face up and down, as a pose parameter does anyway;
+//   - the two strongest principal components (looking up or down and to the side) are turned by 45 degrees against each
+//     other, since the ranges left for them are too narrow for one and wide for the other;
+//   - the next three components have ranges of about two and a half spreads;
+//   - seven rows move nodes of the forehead alone, across the directions that span the box around the face: the search
+//     may do there what it likes;
+//   - then fifteen more components, each with a range that now fits better, and what is left goes into single nodes of
+//     the outline, which disturbs the inner nodes least.
+// The components are those of the aligned shapes about MeanGrid40, not about their own mean, so that it can be reached.
 std::vector<ShapeRowSpread> chooseShapeRows(const std::vector<Shape>& aligned);
 
 // Each row's spread beside the range that the search draws from, as a table.
