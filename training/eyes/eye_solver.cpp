@@ -23,16 +23,13 @@ void forCompared(Work work) {
   }
 }
 
-// A near miss is some good too: this share of a Gaussian of three times the width.
-constexpr double kTail = 0.1;
-
 // How good each place is, 1 at the true one. Half a pixel below the pupil, which cancels the truncation of the result; sideways it
 // cannot be cancelled, since the mirrored eye is truncated the other way.
-void fillWanted(const EyeSample& sample, double width, std::vector<double>& wanted) {
+void fillWanted(const EyeSample& sample, const SolverOptions& options, std::vector<double>& wanted) {
   forCompared([&](std::size_t at) {
     const double dx = static_cast<double>(at % kSide) - sample.x, dy = static_cast<double>(at / kSide) - sample.y - 0.5;
-    const double squares = (dx * dx + dy * dy) / (2 * width * width);
-    wanted[at] = std::exp(-squares) + kTail * std::exp(-squares / 9) + 1e-30;
+    const double squares = (dx * dx + dy * dy) / (2 * options.width * options.width);
+    wanted[at] = std::exp(-squares) + options.tail * std::exp(-squares / 9) + 1e-30;
   });
 }
 
@@ -51,13 +48,14 @@ double EyeSolver::addSample(const EyeSample& sample) {
   float scores[kSide * kSide] = {};
   scoreSample(weights_, sample, scores);
   std::vector<double> wanted(kSide * kSide), chance(kSide * kSide);
-  fillWanted(sample, options_.width, wanted);
+  fillWanted(sample, options_, wanted);
   const auto compared = [&](std::size_t at) { return static_cast<double>(scores[at - 1] + scores[at] + scores[at + 1]); };
   double lowest = 1e300, sum = 0, good = 0;
   forCompared([&](std::size_t at) { lowest = std::min(lowest, compared(at)); });
   forCompared([&](std::size_t at) {
     sum += chance[at] = std::exp(lowest - compared(at));
-    good += wanted[at] *= chance[at];
+    if (!options_.fixedShares) wanted[at] *= chance[at];
+    good += wanted[at];
   });
 
   float slopes[kSide * kSide] = {};
@@ -67,7 +65,10 @@ double EyeSolver::addSample(const EyeSample& sample) {
   });
   constexpr float kNegligible = 1e-4f;
   addGradient(sample, slopes, kNegligible, gradient_);
-  return std::log(sum / good);
+  if (!options_.fixedShares) return std::log(sum / good);
+  double loss = std::log(sum);
+  forCompared([&](std::size_t at) { loss += wanted[at] / good * (compared(at) - lowest); });
+  return loss;
 }
 
 void EyeSolver::step(std::size_t samples, double progress) {

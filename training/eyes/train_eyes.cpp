@@ -140,6 +140,8 @@ int main(int argc, char** argv) {
   app.add_option("--rate", options.solver.rate)->capture_default_str();
   app.add_option("--decay", options.solver.decay)->capture_default_str();
   app.add_option("--width", options.solver.width, "s.d. of how good a place is, pixels")->capture_default_str();
+  app.add_option("--tail", options.solver.tail, "share of a wider Gaussian for near misses")->capture_default_str();
+  app.add_flag("--fixed-shares", options.solver.fixedShares, "each place shall win as often as it is good");
   app.add_option("--seed", options.solver.seed)->capture_default_str();
   CLI11_PARSE(app, argc, argv);
   try {
