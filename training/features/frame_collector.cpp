@@ -101,7 +101,11 @@ std::vector<FeatureFrame> collectFrames(const std::string& folder, const std::ve
     frames.add(mirrored, head);
     byFace[i] = frames.take();
   });
+  // Reserved at once: with a vector's growth there would be two or three times the gigabyte and a half of all faces.
+  std::size_t count = 0;
+  for (const auto& frames : byFace) count += frames.size();
   std::vector<FeatureFrame> all;
+  all.reserve(count);
   for (auto& frames : byFace) {
     all.insert(all.end(), frames.begin(), frames.end());
     std::vector<FeatureFrame>().swap(frames);
