@@ -9,6 +9,7 @@
 #include "features/TNeuroLocator.h"
 #include "image/lock.h"
 #include "image/params.h"
+#include "image/pixel_buffer_store.h"
 #include "primitives/ippi.h"
 
 volatile unsigned char NeedInterrupt = 0;
@@ -64,6 +65,7 @@ int32_t VIZL_Finalize() {
     NeuroLocator = nullptr;
     FinalizeResources();
     for (pthread_mutex_t** mutex : kMutexes) DeleteMutex(*mutex);
+    releaseSpareBuffers();
     return VIZLE_OK;
   });
 }

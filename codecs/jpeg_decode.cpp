@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <climits>
+#include <cstring>
 #include <exception>
 
 #include "codecs/file.h"
@@ -119,6 +120,24 @@ bool canBeFilled(const jpeg_decompress_struct& info, long long bytes) {
   return pixels <= kTrustedPixels || blocksOf(info) <= bytes * 8;
 }
 
+// Decoded rows fill these modes; they bring no alpha, and no floats.
+bool isFilled(TIppiImageMode mode) { return mode == imGray8 || mode == imRGB24; }
+
+void allocPicture(TIppiImage& image, int width, int height) {
+  if (isFilled(image.Mode)) {
+    image.AllocToFill(width, height);
+  } else {
+    image.AllocNew(width, height);
+  }
+}
+
+// Rows that a failed load has not reached are black.
+void clearFrom(TIppiImage& image, int y) {
+  if (image.Pixels == nullptr || !isFilled(image.Mode)) return;
+  const int rows = std::max(image.Height - y, 0);
+  std::memset(image.Pixels, 0, static_cast<std::size_t>(rows) * static_cast<std::size_t>(image.Step));
+}
+
 int decode(TIppiImage& image, std::FILE* file, const unsigned char* data, int size) {
   JpegDecoder decoder;
   if (!decoder.ReadHeader(file, data, size)) return -1;
@@ -126,14 +145,19 @@ int decode(TIppiImage& image, std::FILE* file, const unsigned char* data, int si
   if (!canBeFilled(info, file != nullptr ? fileBytes(file) : size)) return -1;
   if (info.image_width > INT_MAX || info.image_height > INT_MAX) return -1;
   // Before the start, where a progressive file is read whole: the limits come first.
-  image.AllocNew(static_cast<int>(info.image_width), static_cast<int>(info.image_height));
-  if (!decoder.Start()) return -1;
+  allocPicture(image, static_cast<int>(info.image_width), static_cast<int>(info.image_height));
+  if (!decoder.Start()) {
+    clearFrom(image, 0);
+    return -1;
+  }
   const int components = info.output_components;
   if (components != 1 && components != 3 && components != 4) {
     image.FreeImage();
     return -2;
   }
-  return decoder.ReadRows(image) ? 0 : -1;
+  if (decoder.ReadRows(image)) return 0;
+  clearFrom(image, static_cast<int>(info.output_scanline));
+  return -1;
 }
 
 }  // namespace

@@ -1,14 +1,19 @@
 #include "image/TIppiImage.h"
 
-#include <cstdlib>
+#include <cstring>
 #include <new>
 #include <stdexcept>
 #include <utility>
 
-#include "image/zeroed_buffer.h"
+#include "image/pixel_buffer_store.h"
 #include "primitives/ippi.h"
 
 namespace {
+
+std::size_t pixelBytes(TIppiImageMode mode) {
+  constexpr std::size_t kBytes[] = {1, 3, 4, 4, 12, 16};
+  return kBytes[mode];
+}
 
 // Bytes of a row of `width` pixels: room for width + 31 pixels, rounded down to a multiple of 4.
 long long rowBytes(TIppiImageMode mode, int width) {
@@ -34,7 +39,7 @@ long long rowBytes(TIppiImageMode mode, int width) {
 TIppiImage::~TIppiImage() { FreeImage(); }
 
 void TIppiImage::FreeImage() {
-  std::free(Pixels);
+  givePixelBuffer(Pixels, static_cast<std::size_t>(SizeBytes));
   Pixels = nullptr;
   PixelsF = nullptr;
 }
@@ -46,7 +51,7 @@ void TIppiImage::SetSizeFields(int width, int height, int step) {
   SizeBytes = step * height;
 }
 
-void TIppiImage::AllocNew(int width, int height) {
+bool TIppiImage::TakeBuffer(int width, int height) {
   FreeImage();
   SetSizeFields(0, 0, 0);
   if (width < 0 || height < 0) width = height = 0;
@@ -55,16 +60,29 @@ void TIppiImage::AllocNew(int width, int height) {
   if (step * height > kMaxImageBytes) throw std::length_error("image size above the limit");
   SetSizeFields(width, height, static_cast<int>(step));
   // Without pixels there is nothing to hold, and what calloc(0) answers varies.
-  if (width == 0 || height == 0) return;
+  if (width == 0 || height == 0) return true;
 
-  void* const buffer = allocZeroedBuffer(static_cast<std::size_t>(SizeBytes));
-  if (buffer == nullptr) {
+  const TPixelBuffer buffer = takePixelBuffer(static_cast<std::size_t>(SizeBytes));
+  if (buffer.memory == nullptr) {
     SetSizeFields(0, 0, 0);
     throw std::bad_alloc();
   }
-  Pixels = static_cast<unsigned char*>(buffer);
-  PixelsF = static_cast<float*>(buffer);
-  if (Mode == imRGBA32) ippiSet_8u_C4CR(255, Pixels + 3, Step, RoiSize);
+  Pixels = static_cast<unsigned char*>(buffer.memory);
+  PixelsF = static_cast<float*>(buffer.memory);
+  return buffer.isZero;
+}
+
+void TIppiImage::AllocNew(int width, int height) {
+  if (!TakeBuffer(width, height)) std::memset(Pixels, 0, static_cast<std::size_t>(SizeBytes));
+  if (Mode == imRGBA32 && Pixels != nullptr) ippiSet_8u_C4CR(255, Pixels + 3, Step, RoiSize);
+}
+
+void TIppiImage::AllocToFill(int width, int height) {
+  if (TakeBuffer(width, height)) return;
+  const std::size_t filled = static_cast<std::size_t>(Width) * pixelBytes(Mode);
+  for (int y = 0; y < Height; ++y) {
+    std::memset(Pixels + static_cast<std::ptrdiff_t>(y) * Step + filled, 0, static_cast<std::size_t>(Step) - filled);
+  }
 }
 
 void TIppiImage::Swap(TIppiImage& other) noexcept {

@@ -45,6 +45,8 @@ class TIppiImage {
 
   // Gives the image a zeroed buffer (alpha 255 in imRGBA32) in its present Mode.
   void AllocNew(int width, int height);
+  // The same for a caller that sets every pixel, alpha too: the pixels may hold anything, the padding is zero.
+  void AllocToFill(int width, int height);
   // Releases the buffer; Width, Height, Step and Mode stay.
   void FreeImage();
 
@@ -109,5 +111,7 @@ class TIppiImage {
   static void AdjustLevelsSingleChannel(TIppiImage& reference, TIppiImage& target, int channel);
 
  private:
+  // Gives the image a buffer and tells whether it is zero.
+  bool TakeBuffer(int width, int height);
   void SetSizeFields(int width, int height, int step);
 };

@@ -20,12 +20,14 @@ void TIppiImage::CopyFrom(TIppiImage& src) {
     return;
   }
   FreeImage();
+  if (Mode == imGray8 && (src.Mode == imRGB24 || src.Mode == imRGBA32) && src.Pixels != nullptr) {
+    AllocToFill(src.Width, src.Height);
+    const auto convert = src.Mode == imRGB24 ? ippiRGBToGray_8u_C3C1R : ippiRGBToGray_8u_AC4C1R;
+    convert(src.Pixels, src.Step, Pixels, Step, RoiSize);
+    return;
+  }
   AllocNew(src.Width, src.Height);
-  if (Mode == imGray8 && src.Mode == imRGB24) {
-    ippiRGBToGray_8u_C3C1R(src.Pixels, src.Step, Pixels, Step, RoiSize);
-  } else if (Mode == imGray8 && src.Mode == imRGBA32) {
-    ippiRGBToGray_8u_AC4C1R(src.Pixels, src.Step, Pixels, Step, RoiSize);
-  } else if (Mode == imGray32f && src.Mode == imGray8) {
+  if (Mode == imGray32f && src.Mode == imGray8) {
     ippiConvert_8u32f_C1R(src.Pixels, src.Step, PixelsF, Step, RoiSize);
   } else if (Mode == imRGB32f && src.Mode == imRGB24) {
     ippiConvert_8u32f_C3R(src.Pixels, src.Step, PixelsF, Step, RoiSize);

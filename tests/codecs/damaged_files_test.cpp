@@ -172,6 +172,34 @@ Bytes pngWithSides(Bytes bytes, std::uint32_t width, std::uint32_t height) {
   return bytes;
 }
 
+// Without the segments of the given marker.
+Bytes withoutSegments(const Bytes& file, unsigned char marker) {
+  Bytes kept(file.begin(), file.begin() + 2);
+  std::size_t at = 2;
+  while (at + 4 < file.size() && file[at + 1] != 0xDA) {
+    const std::size_t end = at + 2 + static_cast<std::size_t>(file[at + 2] << 8 | file[at + 3]);
+    if (file[at + 1] != marker)
+      kept.insert(kept.end(), file.begin() + static_cast<long>(at), file.begin() + static_cast<long>(end));
+    at = end;
+  }
+  kept.insert(kept.end(), file.begin() + static_cast<long>(at), file.end());
+  return kept;
+}
+
+// A picture so large that its memory is used again by the next.
+TEST(FailedLoads, ShowNothingOfAnEarlierPicture) {
+  constexpr unsigned char kQuantisation = 0xDB;
+  const Bytes good = writeJpeg(makeSamples(1500, 1000, 3), {}), bad = withoutSegments(good, kQuantisation);
+  {
+    TIppiImage earlier(imRGB24);
+    ASSERT_EQ(loadBuffer(earlier, good, kJpeg), 0);
+  }
+  TIppiImage image(imRGB24);
+  ASSERT_NE(loadBuffer(image, bad, kJpeg), 0);
+  ASSERT_NE(image.Pixels, nullptr) << "the case is about a load that fails late";
+  for (int i = 0; i < image.SizeBytes; ++i) ASSERT_EQ(image.Pixels[i], 0) << i;
+}
+
 TEST(HugeSizes, AreRefusedBeforeMemoryIsTaken) {
   const Bytes jpeg = writeJpeg(makeSamples(16, 16, 3), {}),
               progressive = writeJpeg(makeSamples(16, 16, 3), {3, true, 0});
