@@ -17,8 +17,8 @@
  * see VIZL_GetImageData.
  *
  * Ownership. The library owns the images behind handles; the caller frees each handle with VIZL_FreeImage.
- * Buffers, names and arrays that are passed in stay the caller's and are not kept after the call. The memory of up to
- * two freed pictures of 4 to 64 MiB is kept for the next ones until VIZL_Finalize.
+ * Buffers, names and arrays that are passed in stay the caller's and are not kept after the call. Up to 128 MiB of
+ * the memory of large pictures that were freed is kept for the next ones, until VIZL_Finalize.
  *
  * Threads. Any number of threads may call the library at once, with three exceptions. VIZL_Initialize and
  * VIZL_Finalize must not run at the same time as any other call. A handle must not be freed, filled or used
@@ -114,7 +114,8 @@ extern VIZL_API const unsigned char VIZL_resu4[4096];   /* "MW": how often eyes 
  * Codes: VIZLE_INVALID_ARGUMENT if memory is short; the library is then as it was. */
 VIZL_API int32_t VIZL_Initialize(const char* dataPath);
 
-/* Frees every image, all that VIZL_Initialize made and the memory kept for further pictures. Settings and contexts stay.
+/* Frees every image, all that VIZL_Initialize made, and the memory kept for further pictures. Settings and contexts
+ * stay.
  * Codes: VIZLE_INVALID_ARGUMENT if the library is not initialised. */
 VIZL_API int32_t VIZL_Finalize(void);
 

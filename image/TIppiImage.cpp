@@ -39,7 +39,7 @@ long long rowBytes(TIppiImageMode mode, int width) {
 TIppiImage::~TIppiImage() { FreeImage(); }
 
 void TIppiImage::FreeImage() {
-  givePixelBuffer(Pixels, static_cast<std::size_t>(SizeBytes));
+  givePixelBuffer(Pixels);
   Pixels = nullptr;
   PixelsF = nullptr;
 }

@@ -2,7 +2,9 @@
 
 #include <cmath>
 #include <memory>
+#include <new>
 
+#include "image/pixel_buffer_store.h"
 #include "primitives/ippi.h"
 
 namespace {
@@ -21,7 +23,12 @@ int kernelSizeOf(float sigma) {
 // Planes of one size without content, rows side by side.
 class Planes {
  public:
-  Planes(IppiSize size, int count) : size_(size), values_(new float[static_cast<std::size_t>(count) * planeValues()]) {}
+  Planes(IppiSize size, int count)
+      : size_(size),
+        values_(static_cast<float*>(
+            takePixelBuffer(static_cast<std::size_t>(count) * planeValues() * sizeof(float)).memory)) {
+    if (values_ == nullptr) throw std::bad_alloc();
+  }
 
   int step() const { return size_.width * static_cast<int>(sizeof(float)); }
   float* row(int plane, int y) const {
@@ -33,7 +40,10 @@ class Planes {
   std::size_t planeValues() const { return rowValues() * static_cast<std::size_t>(size_.height); }
 
   IppiSize size_;
-  std::unique_ptr<float[]> values_;
+  struct GiveBack {
+    void operator()(float* values) const { givePixelBuffer(values); }
+  };
+  std::unique_ptr<float[], GiveBack> values_;
 };
 
 // The three colours of `source` as planes. Row by row, since the whole picture in floats would leave the cache.
@@ -79,11 +89,14 @@ void ApplyGaussianBlurAC4R(TIppiImage& source, TIppiImage& result, float sigma) 
   const IppiSize size = source.RoiSize;
   // The sizes are checked here, before memory is taken for planes.
   TIppiImage joined(imRGBA32f);
-  joined.AllocNew(size.width, size.height);
+  joined.AllocToFill(size.width, size.height);
+  bool done = false;
   if (source.Mode == imRGBA32 && source.Pixels != nullptr) {
     const Planes planes(size, kColours), blurred(size, kColours);
     split(source, planes);
-    if (blur(planes, blurred, size, sigma)) join(blurred, joined);
+    done = blur(planes, blurred, size, sigma);
+    if (done) join(blurred, joined);
   }
+  if (!done) joined.AllocNew(size.width, size.height);
   result.Swap(joined);
 }

@@ -1,8 +1,9 @@
 #include "image/pixel_buffer_store.h"
 
+#include <malloc.h>
+
 #include <atomic>
 #include <cstdlib>
-#include <cstring>
 
 #include "image/zeroed_buffer.h"
 
@@ -10,34 +11,41 @@ namespace {
 
 constexpr std::size_t kMiB = std::size_t{1} << 20;
 // Smaller buffers the C library keeps by itself.
-constexpr std::size_t kSmallestKept = 4 * kMiB;
-// Holds 12 megapixels with alpha, or 20 without.
+constexpr std::size_t kSmallestKept = 2 * kMiB;
+// A picture of 20 megapixels without alpha; what is larger is rare, and much to hold on to.
 constexpr std::size_t kLargestKept = 64 * kMiB;
-// A picture and its gray copy.
-constexpr unsigned kPlaces = 2;
+constexpr std::size_t kMostKept = 128 * kMiB;
+// The matching of an overlay holds seven buffers at once.
+constexpr std::size_t kPlaces = 8;
 
-// Each holds a buffer, whose first bytes tell its size, or null. Whoever exchanges a buffer out owns it, so that
-// threads need no lock.
+// Each holds a buffer or null. Whoever exchanges a buffer out owns it, so that threads need no lock.
 std::atomic<void*> spare[kPlaces];
-std::atomic<unsigned> nextReplaced;
+std::atomic<std::size_t> bytesKept;
+std::atomic<std::size_t> nextReplaced;
 
-std::size_t sizeOf(const void* buffer) {
-  std::size_t bytes;
-  std::memcpy(&bytes, buffer, sizeof(bytes));
-  return bytes;
+// Null where the place is empty.
+void* takeFrom(std::atomic<void*>& place) {
+  void* const buffer = place.exchange(nullptr, std::memory_order_acq_rel);
+  if (buffer != nullptr) bytesKept -= malloc_usable_size(buffer);
+  return buffer;
 }
 
+// False, and the buffer still the caller's, where the place is taken.
 bool putInto(std::atomic<void*>& place, void* buffer) {
+  const std::size_t bytes = malloc_usable_size(buffer);
+  bytesKept += bytes;
   void* none = nullptr;
-  return place.compare_exchange_strong(none, buffer, std::memory_order_acq_rel);
+  if (place.compare_exchange_strong(none, buffer, std::memory_order_acq_rel)) return true;
+  bytesKept -= bytes;
+  return false;
 }
 
 // A buffer of at least this size that is not more than twice as large.
 void* takeSpare(std::size_t bytes) {
   for (std::atomic<void*>& place : spare) {
-    void* const buffer = place.exchange(nullptr, std::memory_order_acq_rel);
+    void* const buffer = takeFrom(place);
     if (buffer == nullptr) continue;
-    const std::size_t kept = sizeOf(buffer);
+    const std::size_t kept = malloc_usable_size(buffer);
     if (kept >= bytes && kept / 2 <= bytes) return buffer;
     if (!putInto(place, buffer)) std::free(buffer);
   }
@@ -47,25 +55,27 @@ void* takeSpare(std::size_t bytes) {
 }  // namespace
 
 TPixelBuffer takePixelBuffer(std::size_t bytes) {
-  if (bytes >= kSmallestKept / 2 && bytes <= kLargestKept) {
+  if (bytes >= kSmallestKept && bytes <= kLargestKept) {
     if (void* const buffer = takeSpare(bytes)) return {buffer, false};
   }
   return {allocZeroedBuffer(bytes), true};
 }
 
-void givePixelBuffer(void* memory, std::size_t bytes) {
-  if (memory == nullptr) return;
-  if (bytes < kSmallestKept || bytes > kLargestKept) {
-    std::free(memory);
-    return;
+void givePixelBuffer(void* memory) {
+  const std::size_t bytes = memory == nullptr ? 0 : malloc_usable_size(memory);
+  if (bytes < kSmallestKept || bytes > kLargestKept + kMiB) return std::free(memory);
+  // Others make room, in turn.
+  for (std::size_t i = 0; i < kPlaces && bytesKept + bytes > kMostKept; ++i) {
+    std::free(takeFrom(spare[nextReplaced++ % kPlaces]));
   }
-  std::memcpy(memory, &bytes, sizeof(bytes));
   for (std::atomic<void*>& place : spare) {
     if (putInto(place, memory)) return;
   }
-  std::free(spare[nextReplaced++ % kPlaces].exchange(memory, std::memory_order_acq_rel));
+  std::atomic<void*>& place = spare[nextReplaced++ % kPlaces];
+  std::free(takeFrom(place));
+  if (!putInto(place, memory)) std::free(memory);
 }
 
 void releaseSpareBuffers() {
-  for (std::atomic<void*>& place : spare) std::free(place.exchange(nullptr, std::memory_order_acq_rel));
+  for (std::atomic<void*>& place : spare) std::free(takeFrom(place));
 }
