@@ -63,7 +63,7 @@ demo: build
 	build/release/examples/annotate tests/data/average_faces.png $(out)/annotated.png 240 320 0.8
 	@echo
 	@echo "The portrait:                    $(abspath $(out))/portrait.jpg"
-	@echo "Faces (green) and cut (yellow):  $(abspath $(out))/annotated.png"
+	@echo "Faces, points and cut:           $(abspath $(out))/annotated.png"
 
 # The training programs are built too: they use the library's inner parts, and a change of those must not break them.
 test: packages-test
