@@ -8,7 +8,6 @@
 #include <iterator>
 #include <map>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,7 +20,7 @@
 #include "training/evaluation/drawing.h"
 #include "training/evaluation/eye_errors.h"
 #include "training/evaluation/face_set.h"
-#include "training/evaluation/matching.h"
+#include "training/evaluation/face_views.h"
 #include "training/evaluation/parallel.h"
 #include "training/evaluation/turning.h"
 
@@ -49,15 +48,6 @@ struct Truth {
   Eyes eyes;
 };
 
-// A face as the library reports it.
-std::optional<TFacePosition> detectedFace(TIppiFaceDetector& detector, TIppiImage& gray, const FaceSquare& square) {
-  const auto result = evaluation::judge(square, evaluation::detectAll(detector, gray).faces, {});
-  if (!result.found) return {};
-  const evaluation::Detection& found = *result.found;
-  return TFacePosition{static_cast<int>(found.cx), static_cast<int>(found.cy), static_cast<int>(found.w), 0,
-                       found.angle};
-}
-
 class Measurement {
  public:
   explicit Measurement(const Options& options) : options_(options) {}
@@ -68,7 +58,7 @@ class Measurement {
     TIppiImage turned;
     if (degrees != 0) evaluation::turnPicture(gray, degrees, centre.x, centre.y, turned);
     TIppiImage& picture = degrees != 0 ? turned : gray;
-    const auto face = detectedFace(detector_, picture, evaluation::turnedSquare(truth.square, degrees));
+    const auto face = evaluation::detectedFace(detector_, picture, evaluation::turnedSquare(truth.square, degrees));
     if (!face) return;
     TPoint points[2];
     if (DetectEyesInRegion(&picture, &*face, points) != VIZLE_OK) return;
