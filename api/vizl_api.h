@@ -83,8 +83,17 @@ typedef struct TFacePosition {
   double angle;     /* in-plane angle in degrees: VIZL_RotateImage by it turns the face upright */
 } TFacePosition;
 
-/* A point of a face. Arrays of points have forty entries in a fixed order; entries 0 and 1 are the eyes, 0 the
- * one with the smaller x while the face is upright. */
+/* A point of a face. Arrays of points have forty entries in a fixed order. Of a pair the first has the smaller x while
+ * the face is upright.
+ *    0, 1 centres of the eyes            2 tip of the nose                   3, 4 corners of the mouth
+ *    5 top of the forehead               6, 7 upper forehead                 8, 9 temples
+ *   10, 11 sides of the face, eye height 12, 13 jaw                          14, 15 sides of the chin
+ *   16, 19 outer ends of the brows       17, 18 inner ends of the brows      20, 21 middle of the upper, lower lip
+ *   22 bridge of the nose                23, 26 outer corners of the eyes    24, 25 inner corners of the eyes
+ *   27, 28 nostrils                      29 chin                             30, 31 lower cheeks
+ *   32, 33 sides of the face, nose height  34, 35 middle of the brows
+ *   36, 37 upper lip and 38, 39 lower lip, on both sides of the middle
+ * Points 5 to 9 lie around the head rather than on it: nothing in a picture shows them. */
 typedef struct TPoint {
   int32_t x;
   int32_t y;
@@ -412,8 +421,9 @@ VIZL_API int32_t VIZL_DetectFacialFeatures(HImage image, TPoint (*points)[40]);
 VIZL_API int32_t VIZL_DetectFacialFeatures_C(HImage image, TPoint (*points)[40], ContextID context);
 
 /* Like VIZL_DetectFacialFeatures, but tells how sure each point is.
- *   confidences  out, may be null: one value a point, higher is better: about 1.5 is strong, and there is no lower
- *                bound. As they were if no face was found. */
+ *   confidences  out, may be null: one value a point, higher is better, at most 1.5, no lower bound. On portraits half
+ *                of the points of eyes, brows, nose and mouth are above 1.15; those above 1.2 are off by 3 % of the
+ *                eyes' distance on average, those below 0.8 by 8 %. As they were if no face was found. */
 VIZL_API int32_t VIZL_DetectFacialFeaturesEx(HImage image, TPoint (*points)[40], float (*confidences)[40]);
 
 /* Like VIZL_DetectFacialFeaturesEx, but with the settings of a context. */
@@ -444,7 +454,8 @@ VIZL_API int32_t VIZL_DetectFacialFeaturesInRegionEx_C(HImage image, const TFace
 /* Finds the eyes of a face whose position is known. The face is taken as upright: its angle has no effect, and beyond
  * about 10 degrees the result gets worse. There is always a result, also where there is no eye.
  *   image   in.
- *   face    in, not null: the face, as detection gives it. It may reach beyond the picture, which counts as black there.
+ *   face    in, not null: the face, as detection gives it. It may reach beyond the picture, which counts as black
+ *           there.
  *   points  out, not null: entries 0 and 1 are the centres of the eyes, entry 0 the one at the smaller x, in pixels of
  *           the picture and inside it; the other 38 stay as they were. After a failure all 40 do.
  * Codes: VIZLE_INVALID_ARGUMENT (bad handle, null pointer, empty image, negative width, a face larger than an image

@@ -65,8 +65,8 @@ void rotate(benchmark::State& state) {
   const auto turn = source.channels == 1 ? ippiRotateCenter_8u_C1R : ippiRotateCenter_8u_C3R;
   const IppiRect roi{0, 0, source.width, source.height};
   for (auto _ : state) {
-    turn(source.samples.data(), {source.width, source.height}, source.step(), roi, target.samples.data(),
-         source.step(), roi, static_cast<double>(state.range(3)), source.width / 2, source.height / 2,
+    turn(source.samples.data(), {source.width, source.height}, source.step(), roi, target.samples.data(), source.step(),
+         roi, static_cast<double>(state.range(3)), source.width / 2, source.height / 2,
          IPPI_INTER_LINEAR | IPPI_SMOOTH_EDGE);
     benchmark::ClobberMemory();
   }

@@ -25,7 +25,8 @@ void divideByEnergy(TEyeHMaxFeatures::TMap& response, const TEyeHMaxFeatures::TM
 
 }  // namespace
 
-TEyeHMaxFeatures::TEyeHMaxFeatures() : bank_(std::make_shared<const TBank>()), maps_(std::make_unique_for_overwrite<TMaps>()) {}
+TEyeHMaxFeatures::TEyeHMaxFeatures()
+    : bank_(std::make_shared<const TBank>()), maps_(std::make_unique_for_overwrite<TMaps>()) {}
 
 TEyeHMaxFeatures::TEyeHMaxFeatures(const TEyeHMaxFeatures& other)
     : bank_(other.bank_), maps_(std::make_unique_for_overwrite<TMaps>()) {

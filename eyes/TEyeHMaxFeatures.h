@@ -55,8 +55,8 @@ class TEyeHMaxFeatures {
 
  private:
   struct TMaps {
-    TMap picture;                // 0 to 255
-    TMap localEnergy[kScales];   // sum of squared deviations from the mean over each pixel's disc
+    TMap picture;               // 0 to 255
+    TMap localEnergy[kScales];  // sum of squared deviations from the mean over each pixel's disc
     TMap s1Responses[kOrientations][kScales];
   };
 

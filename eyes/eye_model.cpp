@@ -12,7 +12,9 @@ TEyeHMaxFeatures* eyeHMaxPrototype = nullptr;
 TEyeRows* eyeRows = nullptr;
 unsigned char eyeModel2[kEyeModel2Size];
 
-void UseEyeModel(const eyeFeature& model) { delete std::exchange(eyeRows, std::make_unique<TEyeRows>(model).release()); }
+void UseEyeModel(const eyeFeature& model) {
+  delete std::exchange(eyeRows, std::make_unique<TEyeRows>(model).release());
+}
 
 int InitEyes() {
   auto prototype = std::make_unique<TEyeHMaxFeatures>();

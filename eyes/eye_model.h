@@ -26,15 +26,15 @@ struct eyeFeature {
 };
 static_assert(sizeof(eyeFeature) == 178680);
 
-// What stands before the weights in a model resource: kernel code 0 (linear), four parameters, weight count, one support
-// vector, threshold, coefficient. Only differences of scores matter, so none of it is read.
+// What stands before the weights in a model resource: kernel code 0 (linear), four parameters, weight count, one
+// support vector, threshold, coefficient. Only differences of scores matter, so none of it is read.
 constexpr std::size_t kEyeModelHeader = 36;
 // The second model lacks the last 30 weights.
 constexpr std::size_t kEyeModel2Size = sizeof(eyeFeature) - 30 * sizeof(float);
 
 // Written by InitEyes and FinalizeEyes only; searches read them without a lock.
 extern TEyeHMaxFeatures* eyeHMaxPrototype;
-extern TEyeRows* eyeRows;  // the model that searches use
+extern TEyeRows* eyeRows;                        // the model that searches use
 extern unsigned char eyeModel2[kEyeModel2Size];  // no score reads it
 
 // Puts another model in the place of the searches' own, while none runs.

@@ -15,8 +15,8 @@ float eyeCalcValue(int width, int height, const TEyeHMaxFeatures* hmax, const in
 constexpr int kFirstScoredColumn = 2;
 constexpr int kLastScoredColumn = 29;
 
-// A model's rows of weights in the order of the additions. Each row has two entries more than it has weights of its own:
-// the next row's first weight, which the value 1.0 takes, and a 0 for places outside the window.
+// A model's rows of weights in the order of the additions. Each row has two entries more than it has weights of its
+// own: the next row's first weight, which the value 1.0 takes, and a 0 for places outside the window.
 struct TEyeRows {
   static constexpr std::size_t kPatternRow = kLbpCodes + 1;  // codes do not run over
   static constexpr std::size_t kS1Row = kEyeBins + 2;

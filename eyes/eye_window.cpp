@@ -19,7 +19,8 @@ unsigned char* rowFromTop(const TIppiImage& image, int y) {
 
 // The top left part of the image, row by row.
 void readPixels(const TIppiImage& image, unsigned char* pixels, int side) {
-  for (int y = 0; y < side; ++y) std::copy_n(rowFromTop(image, y), side, pixels + static_cast<std::ptrdiff_t>(y) * side);
+  for (int y = 0; y < side; ++y)
+    std::copy_n(rowFromTop(image, y), side, pixels + static_cast<std::ptrdiff_t>(y) * side);
 }
 
 void writePixels(const unsigned char* pixels, TIppiImage& image) {

@@ -25,9 +25,9 @@ void relaxInnerRow(const float* image, const float* present, float* __restrict n
   constexpr float kWeight = 1 + kConduction + kConduction + kConduction + kConduction;
   for (std::size_t i = 0; i < count; ++i) {
     const float* at = present + i;
-    next[i] = (image[i] + kConduction * at[-width] + kConduction * at[width] + kConduction * at[-1] +
-               kConduction * at[1]) /
-              kWeight;
+    next[i] =
+        (image[i] + kConduction * at[-width] + kConduction * at[width] + kConduction * at[-1] + kConduction * at[1]) /
+        kWeight;
   }
 }
 

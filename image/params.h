@@ -7,11 +7,11 @@
 struct TParamsEntry {
   bool HandleArbitraryRotations = true;
   bool DetermineFaceRotationAngle = true;
-  int InternalResizeWidth = 384;   // pixels
+  int InternalResizeWidth = 384;  // pixels
   int Threshold1 = 2;
   int Threshold2 = 3;
-  int JpegQuality = 90;            // 0 to 100
-  void* UserField = nullptr;       // owned, released with free()
+  int JpegQuality = 90;       // 0 to 100
+  void* UserField = nullptr;  // owned, released with free()
 };
 
 // Each takes the value's own mutex for the one access; none checks a range.

@@ -129,14 +129,14 @@ IppStatus ippiRectStdDev_32f_C1R(const Ipp32f* sum, int sumStep, const Ipp64f* s
 // One boosted stage, built once and only read afterwards; any number of threads may apply it.
 struct IppiHaarClassifier_32f;
 
-IppStatus ippiHaarClassifierInitAlloc_32f(IppiHaarClassifier_32f** state, const IppiRect* feature,
-                                          const Ipp32f* weight, const Ipp32f* threshold, const Ipp32f* val1,
-                                          const Ipp32f* val2, const int* num, int length);
+IppStatus ippiHaarClassifierInitAlloc_32f(IppiHaarClassifier_32f** state, const IppiRect* feature, const Ipp32f* weight,
+                                          const Ipp32f* threshold, const Ipp32f* val1, const Ipp32f* val2,
+                                          const int* num, int length);
 IppStatus ippiHaarClassifierFree_32f(IppiHaarClassifier_32f* state);
 IppStatus ippiGetHaarClassifierSize_32f(IppiHaarClassifier_32f* state, IppiSize* size);
 // Clears the mask at positions whose stage sum is below `threshold` and counts the survivors.
-IppStatus ippiApplyHaarClassifier_32f_C1R(const Ipp32f* sum, int sumStep, const Ipp32f* norm, int normStep,
-                                          Ipp8u* mask, int maskStep, IppiSize roi, int* positive, Ipp32f threshold,
+IppStatus ippiApplyHaarClassifier_32f_C1R(const Ipp32f* sum, int sumStep, const Ipp32f* norm, int normStep, Ipp8u* mask,
+                                          int maskStep, IppiSize roi, int* positive, Ipp32f threshold,
                                           IppiHaarClassifier_32f* state);
 
 // --- Gaussian filter ----------------------------------------------------------------------------------

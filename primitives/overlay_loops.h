@@ -47,8 +47,8 @@ inline void gaussRowLoop(const Ipp32f* src, const Ipp32f* weights, int taps, Ipp
   }
 }
 
-inline void gaussColumnsLoop(const Ipp32f* const* rows, const Ipp32f* weights, int taps, Ipp32f* dst, std::ptrdiff_t dstStep,
-                      int outputs, int count) {
+inline void gaussColumnsLoop(const Ipp32f* const* rows, const Ipp32f* weights, int taps, Ipp32f* dst,
+                             std::ptrdiff_t dstStep, int outputs, int count) {
   for (int r = 0; r < outputs; ++r) {
     Ipp32f* to = reinterpret_cast<Ipp32f*>(reinterpret_cast<Ipp8u*>(dst) + r * dstStep);
     for (int x = 0; x < count; ++x) to[x] = 0.0F;

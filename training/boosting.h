@@ -11,9 +11,9 @@
 
 struct StagePlan {
   int classifiers;
-  int threeRectangle;       // how many of them use three rectangles
-  float threshold;          // the stage threshold to be written; leaf values are shifted to meet it
-  double keep;              // share of the positives that the stage must pass
+  int threeRectangle;  // how many of them use three rectangles
+  float threshold;     // the stage threshold to be written; leaf values are shifted to meet it
+  double keep;         // share of the positives that the stage must pass
 };
 
 // The place of a classifier's feature in the pool; throws std::invalid_argument when it is not there.
@@ -31,7 +31,7 @@ class Booster {
   struct Stump {
     std::size_t feature = 0;
     int bin = 0;
-    float left = 0;     // response in -1 to 1
+    float left = 0;  // response in -1 to 1
     float right = 0;
     double gain = -1;
   };

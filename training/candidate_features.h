@@ -6,7 +6,7 @@
 #include "training/cascade_stream.h"
 
 struct CandidateFeature {
-  int count;          // rectangles in use, 2 or 3
+  int count;  // rectangles in use, 2 or 3
   HaarRect rects[3];
 };
 

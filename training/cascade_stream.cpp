@@ -61,7 +61,8 @@ std::vector<unsigned char> cascadeToStream(const Cascade& cascade) {
     for (const WeakClassifier& weak : stage.classifiers) features += static_cast<std::int32_t>(weak.rects.size());
   }
   std::vector<unsigned char> out;
-  for (std::int32_t value : {kWindowSide, kWindowSide, static_cast<std::int32_t>(cascade.size()), classifiers, features}) {
+  for (std::int32_t value :
+       {kWindowSide, kWindowSide, static_cast<std::int32_t>(cascade.size()), classifiers, features}) {
     put(out, value);
   }
   for (const Stage& stage : cascade) {

@@ -14,9 +14,9 @@ struct HaarRect {
 };
 
 struct WeakClassifier {
-  std::vector<HaarRect> rects;   // the whole with weight -1, then its inner parts
-  float threshold = 0;           // of the value divided by the window's standard deviation
-  float left = 0;                // added when the value lies below the threshold
+  std::vector<HaarRect> rects;  // the whole with weight -1, then its inner parts
+  float threshold = 0;          // of the value divided by the window's standard deviation
+  float left = 0;               // added when the value lies below the threshold
   float right = 0;
 };
 

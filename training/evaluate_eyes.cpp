@@ -67,7 +67,8 @@ class Measurement {
   }
 
   void print(std::size_t faces) const {
-    std::printf("turn  faces of %zu  within 5 %%  10 %%  25 %%  mean %%  offset of eye 0 (x, y), eye 1 (x, y) %%\n", faces);
+    std::printf("turn  faces of %zu  within 5 %%  10 %%  25 %%  mean %%  offset of eye 0 (x, y), eye 1 (x, y) %%\n",
+                faces);
     EyeTally turned;
     for (std::size_t i = 0; i < options_.turns.size(); ++i) {
       char name[16];
@@ -93,7 +94,8 @@ class Measurement {
     const std::lock_guard lock(guard_);
     tallies_[turn].add(error);
     if (options_.turns[turn] == 0) bySource_[truth.source].add(error);
-    if (error.worse >= options_.shownFrom) show(truth.file, options_.turns[turn], error.worse, eyes, found, face, picture);
+    if (error.worse >= options_.shownFrom)
+      show(truth.file, options_.turns[turn], error.worse, eyes, found, face, picture);
   }
 
   void show(const std::string& file, double degrees, double worse, const Eyes& eyes, const Eyes& found,

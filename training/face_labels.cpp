@@ -53,6 +53,5 @@ FaceSquare faceSquare(const FaceLabel& label) {
   const double right = (0.5 - 0.5 * (kLeftEyeX + kRightEyeX)) * w;
   const double down = (0.5 - kEyeY) * w;
   return {0.5 * (a.x + b.x) + right * std::cos(angle) - down * std::sin(angle),
-          0.5 * (a.y + b.y) + right * std::sin(angle) + down * std::cos(angle), w,
-          angle * 180.0 / std::numbers::pi};
+          0.5 * (a.y + b.y) + right * std::sin(angle) + down * std::cos(angle), w, angle * 180.0 / std::numbers::pi};
 }

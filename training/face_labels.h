@@ -7,25 +7,25 @@
 
 struct LabelledPoint {
   double x;
-  double y;   // pixels, growing downward
+  double y;  // pixels, growing downward
 };
 
 struct FaceLabel {
-  std::string file;     // below the folder faces/
+  std::string file;  // below the folder faces/
   std::string source;
   std::string person;
-  bool validation;      // split "val": never trained on
-  double iod;           // distance of the pupils, pixels
-  double roll;          // degrees, positive = clockwise on the screen
+  bool validation;  // split "val": never trained on
+  double iod;       // distance of the pupils, pixels
+  double roll;      // degrees, positive = clockwise on the screen
   std::array<LabelledPoint, 40> nodes;
 };
 
 // A face as the detector should report it: an upright square in the face's own frame, turned by `roll`.
 struct FaceSquare {
-  double xc;      // centre, pixels
+  double xc;  // centre, pixels
   double yc;
-  double w;       // side, pixels
-  double roll;    // degrees, positive = clockwise on the screen
+  double w;     // side, pixels
+  double roll;  // degrees, positive = clockwise on the screen
 };
 
 // Throws std::runtime_error when the file is missing or a row is damaged.

@@ -11,9 +11,9 @@ namespace {
 
 constexpr int kIntegralSide = kWindowSide + 1;
 constexpr std::size_t kCorners = kIntegralSide * kIntegralSide;
-constexpr std::size_t kBlock = 512;          // windows evaluated together: their integrals fit the cache
-constexpr std::size_t kRangeSample = 4096;   // windows that set the range of the bins
-constexpr double kRangeDeviations = 3.2;     // the 256 bins span so many deviations to either side of the mean
+constexpr std::size_t kBlock = 512;         // windows evaluated together: their integrals fit the cache
+constexpr std::size_t kRangeSample = 4096;  // windows that set the range of the bins
+constexpr double kRangeDeviations = 3.2;    // the 256 bins span so many deviations to either side of the mean
 
 // Integral images of one block of windows, corner by corner, scaled so that a rectangle sum comes out divided by
 // 324 and by the window's standard deviation.

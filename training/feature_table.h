@@ -47,7 +47,7 @@ class FeatureTable {
   const std::vector<CandidateFeature>& features_;
   std::size_t windows_ = 0;
   std::size_t stride_ = 0;
-  std::vector<float> low_;     // lower end of bin 0
-  std::vector<float> width_;   // of one bin
+  std::vector<float> low_;    // lower end of bin 0
+  std::vector<float> width_;  // of one bin
   ByteStore bins_;
 };

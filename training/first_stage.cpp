@@ -78,7 +78,7 @@ class FirstStage {
  private:
   struct Leaf {
     float value;
-    unsigned passes;   // bit c: a window of case c passes the stage
+    unsigned passes;  // bit c: a window of case c passes the stage
   };
 
   void markCases(const WeakClassifier& weak, std::uint8_t bit) {
@@ -109,7 +109,7 @@ class FirstStage {
   const FeatureTable& table_;
   std::size_t positives_;
   StagePlan plan_;
-  std::vector<std::uint8_t> cases_;   // bit 0 and 1: right of the first and of the second given classifier
+  std::vector<std::uint8_t> cases_;  // bit 0 and 1: right of the first and of the second given classifier
   std::array<float, kCases> sums_{};
   std::vector<Leaf> leaves_;
 };
@@ -137,6 +137,8 @@ Stage trainFirstStage(const std::vector<CandidateFeature>& features, const Featu
   const CandidateFeature& feature = features[choice.feature];
   Stage stage{plan.threshold, given};
   stage.classifiers.push_back({{feature.rects, feature.rects + feature.count},
-                               table.thresholdAbove(choice.feature, choice.bin), choice.left, choice.right});
+                               table.thresholdAbove(choice.feature, choice.bin),
+                               choice.left,
+                               choice.right});
   return stage;
 }

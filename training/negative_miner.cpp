@@ -19,7 +19,7 @@ double uniform(std::mt19937& random, double low, double high) {
 // One scan to be made: which picture and how it is changed.
 struct ScanTask {
   TrainingPicture* picture;
-  TrainingPicture* other;   // a background to be blended in, or null
+  TrainingPicture* other;  // a background to be blended in, or null
   bool portrait;
   std::uint32_t seed;
 };
@@ -47,7 +47,8 @@ void blend(TIppiImage& image, const TIppiImage& other, double share, TIppiImage&
     const unsigned char* a = image.Pixels + static_cast<std::ptrdiff_t>(y) * image.Step;
     const unsigned char* b = other.Pixels + static_cast<std::ptrdiff_t>(y) * other.Step;
     unsigned char* out = mixed.Pixels + static_cast<std::ptrdiff_t>(y) * mixed.Step;
-    for (int x = 0; x < mixed.Width; ++x) out[x] = static_cast<unsigned char>((a[x] * (256 - weight) + b[x] * weight) >> 8);
+    for (int x = 0; x < mixed.Width; ++x)
+      out[x] = static_cast<unsigned char>((a[x] * (256 - weight) + b[x] * weight) >> 8);
   }
 }
 
@@ -82,7 +83,8 @@ void preparePicture(const ScanTask& task, std::mt19937& random, TIppiImage& imag
   }
   if (random() % 2 == 0) ippiMirror_8u_C1IR(image.Pixels, image.Step, image.RoiSize, ippAxsVertical);
   if (random() % 4 == 0) return;
-  image.Rotate(changed, random() % 2 == 0 ? 90.0 * static_cast<double>(1 + random() % 3) : uniform(random, -45.0, 45.0));
+  image.Rotate(changed,
+               random() % 2 == 0 ? 90.0 * static_cast<double>(1 + random() % 3) : uniform(random, -45.0, 45.0));
   image.Assign(changed);
 }
 
@@ -130,7 +132,8 @@ std::vector<Window> mineNegatives(const TIppiFaceDetector& detector, std::vector
     std::vector<std::thread> workers;
     for (unsigned t = 0; t < plan.threads; ++t) {
       workers.emplace_back([&, t] {
-        for (std::size_t k = t; k < tasks.size(); k += plan.threads) results[k] = runTask(detector, tasks[k], plan.perScan);
+        for (std::size_t k = t; k < tasks.size(); k += plan.threads)
+          results[k] = runTask(detector, tasks[k], plan.perScan);
       });
     }
     for (std::thread& worker : workers) worker.join();

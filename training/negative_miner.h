@@ -8,10 +8,10 @@
 #include "training/window_samples.h"
 
 struct MiningPlan {
-  std::size_t wanted = 0;         // windows
-  std::size_t perScan = 24;       // at most so many windows of one scan, drawn at random
-  std::size_t maxScans = 40000;   // gives up after so many scans
-  double portraitShare = 0.5;     // share of scans on portraits (outside their faces, or turned over)
+  std::size_t wanted = 0;        // windows
+  std::size_t perScan = 24;      // at most so many windows of one scan, drawn at random
+  std::size_t maxScans = 40000;  // gives up after so many scans
+  double portraitShare = 0.5;    // share of scans on portraits (outside their faces, or turned over)
   std::uint32_t seed = 0;
   unsigned threads = 2;
 };

@@ -19,7 +19,7 @@ struct Options {
   double keep = 0.9995;
   double lastKeep = 0.9990;
   int copies = 8;
-  std::uint32_t seed = 1000;   // other windows of the same faces than those trained on
+  std::uint32_t seed = 1000;  // other windows of the same faces than those trained on
   unsigned threads = std::max(1u, std::thread::hardware_concurrency());
   FaceJitter jitter;
 };

@@ -15,7 +15,7 @@
 struct ScannedWindow {
   double xc, yc, w;
   const TIppiImage* scaled;
-  int x, row;   // lower left corner in stored rows of `scaled`
+  int x, row;  // lower left corner in stored rows of `scaled`
 };
 
 class WindowScanner {

@@ -25,11 +25,11 @@ struct StageForm {
 };
 
 constexpr StageForm kStages[] = {
-    {3, 6, 0.82268941f},    {16, 33, 6.957f},       {21, 46, 9.499f},     {39, 83, 18.413f},    {33, 70, 15.324f},
-    {44, 95, 21.011f},      {50, 106, 23.919f},     {51, 112, 24.528f},   {56, 121, 27.153f},   {71, 152, 34.554f},
-    {80, 169, 39.107f},     {103, 220, 50.610f},    {111, 238, 54.620f},  {102, 219, 50.170f},  {135, 294, 66.669f},
-    {137, 300, 67.699f},    {140, 302, 69.230f},    {160, 357, 79.249f},  {177, 387, 87.696f},  {182, 398, 90.253f},
-    {211, 466, 104.749f},   {213, 456, 105.761f},
+    {3, 6, 0.82268941f},  {16, 33, 6.957f},     {21, 46, 9.499f},    {39, 83, 18.413f},   {33, 70, 15.324f},
+    {44, 95, 21.011f},    {50, 106, 23.919f},   {51, 112, 24.528f},  {56, 121, 27.153f},  {71, 152, 34.554f},
+    {80, 169, 39.107f},   {103, 220, 50.610f},  {111, 238, 54.620f}, {102, 219, 50.170f}, {135, 294, 66.669f},
+    {137, 300, 67.699f},  {140, 302, 69.230f},  {160, 357, 79.249f}, {177, 387, 87.696f}, {182, 398, 90.253f},
+    {211, 466, 104.749f}, {213, 456, 105.761f},
 };
 
 // The first two classifiers of the first stage are given.
@@ -70,7 +70,8 @@ void keepPassing(const Cascade& cascade, int firstStage, std::vector<Window>& wi
 
 class Training {
  public:
-  explicit Training(const Options& options) : options_(options), features_(allCandidateFeatures(12)), table_(features_) {
+  explicit Training(const Options& options)
+      : options_(options), features_(allCandidateFeatures(12)), table_(features_) {
     backgrounds_ = loadBackgrounds(options.data + "/background");
     portraits_ = loadPortraits(options.data + "/faces");
     positives_ = makePositives(portraits_, options.jitter, options.copies, options.seed, options.threads);
@@ -138,11 +139,12 @@ class Training {
     const std::size_t hadNegatives = negatives_.size();
     keepPassing(cascade_, index, positives_);
     keepPassing(cascade_, index, negatives_);
-    std::printf("stage %2d: %zu of %zu faces pass, %zu of %zu others (%.4f); %zu scans; mining %.0f s, table %.0f s, "
-                "boosting %.0f s\n",
-                index, positives_.size(), hadPositives, negatives_.size(), hadNegatives,
-                static_cast<double>(negatives_.size()) / static_cast<double>(hadNegatives), scans_, mined - start,
-                tabled - mined, seconds() - tabled);
+    std::printf(
+        "stage %2d: %zu of %zu faces pass, %zu of %zu others (%.4f); %zu scans; mining %.0f s, table %.0f s, "
+        "boosting %.0f s\n",
+        index, positives_.size(), hadPositives, negatives_.size(), hadNegatives,
+        static_cast<double>(negatives_.size()) / static_cast<double>(hadNegatives), scans_, mined - start,
+        tabled - mined, seconds() - tabled);
   }
 
   Options options_;
@@ -169,13 +171,16 @@ int main(int argc, char** argv) {
   app.add_option("--negatives", options.negatives, "windows without a face per stage")->capture_default_str();
   app.add_option("--candidates", options.candidates, "features drawn each round")->capture_default_str();
   app.add_option("--max-scans", options.maxScans, "scans per stage before mining gives up")->capture_default_str();
-  app.add_option("--first-keep", options.firstKeep, "share of the faces that the first stage passes")->capture_default_str();
+  app.add_option("--first-keep", options.firstKeep, "share of the faces that the first stage passes")
+      ->capture_default_str();
   app.add_option("--keep", options.keep, "the same for the second stage")->capture_default_str();
   app.add_option("--last-keep", options.lastKeep, "the same for the last stage")->capture_default_str();
   app.add_option("--scale", options.jitter.logScale, "natural log of the size, +-")->capture_default_str();
   app.add_option("--shift", options.jitter.shift, "pixels of the window, +-")->capture_default_str();
-  app.add_option("--shift-right", options.jitter.shiftRight, "of the window against the face, widths")->capture_default_str();
-  app.add_option("--shift-down", options.jitter.shiftDown, "of the window against the face, widths")->capture_default_str();
+  app.add_option("--shift-right", options.jitter.shiftRight, "of the window against the face, widths")
+      ->capture_default_str();
+  app.add_option("--shift-down", options.jitter.shiftDown, "of the window against the face, widths")
+      ->capture_default_str();
   app.add_option("--turn-mean", options.jitter.turnMean, "degrees clockwise")->capture_default_str();
   app.add_option("--turn-deviation", options.jitter.turnDeviation, "degrees")->capture_default_str();
   app.add_option("--turn-limit", options.jitter.turnLimit, "degrees")->capture_default_str();

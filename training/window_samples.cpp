@@ -74,7 +74,8 @@ template <typename Change>
 void changePixels(TIppiImage& image, Change change) {
   for (int y = 0; y < image.Height; ++y) {
     unsigned char* row = image.Pixels + static_cast<std::ptrdiff_t>(y) * image.Step;
-    for (int x = 0; x < image.Width; ++x) row[x] = static_cast<unsigned char>(std::clamp(std::lrint(change(row[x])), 0L, 255L));
+    for (int x = 0; x < image.Width; ++x)
+      row[x] = static_cast<unsigned char>(std::clamp(std::lrint(change(row[x])), 0L, 255L));
   }
 }
 
@@ -103,7 +104,8 @@ std::unique_ptr<TIppiImage> loadGray(const std::string& file) {
 Window windowAt(const TIppiImage& image, int x, int row) {
   Window window;
   for (int y = 0; y < kWindowSide; ++y) {
-    const unsigned char* source = image.Pixels + static_cast<std::ptrdiff_t>(row + kWindowSide - 1 - y) * image.Step + x;
+    const unsigned char* source =
+        image.Pixels + static_cast<std::ptrdiff_t>(row + kWindowSide - 1 - y) * image.Step + x;
     std::copy_n(source, kWindowSide, window.begin() + y * kWindowSide);
   }
   return window;

@@ -26,11 +26,11 @@ std::unique_ptr<TIppiImage> loadGray(const std::string& file);
 
 // How the copies of one face vary; every picture of training is jittered by these.
 struct FaceJitter {
-  double turnMean = 0.0;         // degrees clockwise, of the face against the window
-  double turnDeviation = 4.5;    // degrees
-  double turnLimit = 9.0;        // degrees
-  double logScale = 0.10;        // uniform, +- natural log of the size ratio
-  double shift = 0.75;           // uniform, +- pixels of the 20 pixel window
+  double turnMean = 0.0;       // degrees clockwise, of the face against the window
+  double turnDeviation = 4.5;  // degrees
+  double turnLimit = 9.0;      // degrees
+  double logScale = 0.10;      // uniform, +- natural log of the size ratio
+  double shift = 0.75;         // uniform, +- pixels of the 20 pixel window
   // Where windows stand against the face, in widths. The fine search truncates coordinates in a crop of 80 pixels
   // and loses that crop's top row, which moves its results left and up; windows trained to stand right of and below the
   // face bring the reported square back onto it.

@@ -28,9 +28,7 @@ class DetectEyes : public testing::Test {
   std::mt19937 random_{31};
 };
 
-std::vector<unsigned char> bytesOf(const TIppiImage& image) {
-  return {image.Pixels, image.Pixels + image.SizeBytes};
-}
+std::vector<unsigned char> bytesOf(const TIppiImage& image) { return {image.Pixels, image.Pixels + image.SizeBytes}; }
 
 void mirror(TIppiImage& image) {
   for (int y = 0; y < image.Height; ++y) {

@@ -29,9 +29,8 @@ std::vector<float> weightsOf(const TEyeWindow& window, const eyeFeature& model, 
   const int* codes[] = {window.lbp0, window.lbp1, window.lbp2};
   for (int level = 0; level < 3; ++level) {
     const int side = 32 >> level, start = 23253 + level * 7139;
-    around(x / (1 << level), y / (1 << level), side, [&](int dx, int dy, int px, int py) {
-      take(start + dx * 649 + dy * 59 + codes[level][px + py * side]);
-    });
+    around(x / (1 << level), y / (1 << level), side,
+           [&](int dx, int dy, int px, int py) { take(start + dx * 649 + dy * 59 + codes[level][px + py * side]); });
   }
   for (int b = 0; b < 2; ++b) {
     for (int o = 0; o < 8; ++o) {
@@ -67,8 +66,7 @@ void expectScores(const TEyeWindow& window, const eyeFeature& model) {
   ScoreEyeWindow(window, *std::make_unique<TEyeRows>(model), scores);
   for (int x = 2; x <= 29; ++x) {
     for (int y = 0; y < 32; ++y) {
-      const float single =
-          eyeCalcValue(32, 32, &window.hmax, window.lbp0, window.lbp1, window.lbp2, x, y, &model);
+      const float single = eyeCalcValue(32, 32, &window.hmax, window.lbp0, window.lbp1, window.lbp2, x, y, &model);
       ASSERT_EQ(bits(single), bits(sumOf(weightsOf(window, model, x, y)))) << x << ", " << y;
       ASSERT_EQ(bits(scores[x + 32 * y]), bits(single)) << x << ", " << y;
     }

@@ -1,9 +1,9 @@
+#include "eyes/illumination.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
 #include <vector>
-
-#include "eyes/illumination.h"
 
 namespace {
 

@@ -1,3 +1,5 @@
+#include "eyes/lbp.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -6,8 +8,6 @@
 #include <set>
 #include <string>
 #include <vector>
-
-#include "eyes/lbp.h"
 
 namespace {
 
@@ -42,8 +42,8 @@ int codeOfRing(const std::string& ring) {
   const int points = static_cast<int>(ring.size());
   int rises = 0, start = 0;
   for (int i = 0; i < points; ++i) {
-    const bool rise = ring[static_cast<std::size_t>(i)] == '1' &&
-                      ring[static_cast<std::size_t>((i + points - 1) % points)] == '0';
+    const bool rise =
+        ring[static_cast<std::size_t>(i)] == '1' && ring[static_cast<std::size_t>((i + points - 1) % points)] == '0';
     if (!rise) continue;
     ++rises;
     start = i;

@@ -12,9 +12,7 @@
 
 namespace {
 
-float& floatAt(const GuardedPicture& picture, int x, int y) {
-  return *reinterpret_cast<float*>(&picture.at(x, y, 0));
-}
+float& floatAt(const GuardedPicture& picture, int x, int y) { return *reinterpret_cast<float*>(&picture.at(x, y, 0)); }
 
 void fillRandom(const GuardedPicture& picture, std::mt19937& random) {
   for (int y = 0; y < picture.size().height; ++y) {
@@ -37,9 +35,9 @@ TEST(FilterMax, TakesTheLargestOfEachWindowAndReadsNothingElse) {
     GuardedPicture src({roi.width + mask.width - 1, roi.height + mask.height - 1}, sizeof(float), layout, random);
     GuardedPicture dst(roi, sizeof(float), layout, random);
     fillRandom(src, random);
-    ASSERT_EQ(ippiFilterMax_32f_C1R(&floatAt(src, at.x, at.y), src.step(), &floatAt(dst, 0, 0), dst.step(), roi, mask,
-                                    at),
-              ippStsNoErr);
+    ASSERT_EQ(
+        ippiFilterMax_32f_C1R(&floatAt(src, at.x, at.y), src.step(), &floatAt(dst, 0, 0), dst.step(), roi, mask, at),
+        ippStsNoErr);
     for (int y = 0; y < roi.height; ++y) {
       for (int x = 0; x < roi.width; ++x) {
         float expected = floatAt(src, x, y);

@@ -27,13 +27,13 @@ struct Options {
   unsigned threads = 1;
   unsigned seed = 1;
   std::size_t limit = 0;
-  int turns = 2;            // turned copies of a face, besides the picture as it is
-  double maxTurn = 15;      // degrees
-  int copies = 2;           // jittered frames of each of these
-  double shift = 0.035;     // s.d. of the place, face widths
-  double scale = 0.06;      // s.d. of the logarithm of the size
-  double worse = 0.5;       // share of the jittered frames from a picture made worse
-  double smallestCrop = 40; // pixels a worse picture has left for the crop
+  int turns = 2;             // turned copies of a face, besides the picture as it is
+  double maxTurn = 15;       // degrees
+  int copies = 2;            // jittered frames of each of these
+  double shift = 0.035;      // s.d. of the place, face widths
+  double scale = 0.06;       // s.d. of the logarithm of the size
+  double worse = 0.5;        // share of the jittered frames from a picture made worse
+  double smallestCrop = 40;  // pixels a worse picture has left for the crop
 };
 
 using Eyes = std::array<LabelledPoint, 2>;
@@ -79,8 +79,7 @@ EyeFrame jitteredFrame(TIppiImage& gray, const Eyes& eyes, const evaluation::Det
   gray.Resize(small, ratio);
   const auto reduced = [=](double v) { return (v + 0.5) * ratio - 0.5; };
   const Eyes smallEyes = {{{reduced(eyes[0].x), reduced(eyes[0].y)}, {reduced(eyes[1].x), reduced(eyes[1].y)}}};
-  EyeFrame frame =
-      cutEyeFrame(small, smallEyes, facePosition(reduced(moved.cx), reduced(moved.cy), moved.w * ratio));
+  EyeFrame frame = cutEyeFrame(small, smallEyes, facePosition(reduced(moved.cx), reduced(moved.cy), moved.w * ratio));
   spoil(frame, random);
   return frame;
 }

@@ -23,8 +23,8 @@ void forCompared(Work work) {
   }
 }
 
-// How good each place is, 1 at the true one. Half a pixel below the pupil, which cancels the truncation of the result; sideways it
-// cannot be cancelled, since the mirrored eye is truncated the other way.
+// How good each place is, 1 at the true one. Half a pixel below the pupil, which cancels the truncation of the result;
+// sideways it cannot be cancelled, since the mirrored eye is truncated the other way.
 void fillWanted(const EyeSample& sample, const SolverOptions& options, std::vector<double>& wanted) {
   forCompared([&](std::size_t at) {
     const double dx = static_cast<double>(at % kSide) - sample.x, dy = static_cast<double>(at / kSide) - sample.y - 0.5;
@@ -49,7 +49,9 @@ double EyeSolver::addSample(const EyeSample& sample) {
   scoreSample(weights_, sample, scores);
   std::vector<double> wanted(kSide * kSide), chance(kSide * kSide);
   fillWanted(sample, options_, wanted);
-  const auto compared = [&](std::size_t at) { return static_cast<double>(scores[at - 1] + scores[at] + scores[at + 1]); };
+  const auto compared = [&](std::size_t at) {
+    return static_cast<double>(scores[at - 1] + scores[at] + scores[at + 1]);
+  };
   double lowest = 1e300, sum = 0, good = 0;
   forCompared([&](std::size_t at) { lowest = std::min(lowest, compared(at)); });
   forCompared([&](std::size_t at) {

@@ -9,12 +9,12 @@
 
 struct SolverOptions {
   int epochs = 12;
-  std::size_t batch = 16;      // windows a step
-  double rate = 0.003;         // length of the first steps; falls to 0 along half a cosine
-  double decay = 0.01;         // pull of the weights towards 0, relative to the rate
-  double width = 1.0;          // s.d. of how good a place is, pixels
-  double tail = 0;             // of how good a place is, this share falls three times as slowly: near misses
-  bool fixedShares = false;    // each place shall win as often as it is good, instead of any good one winning
+  std::size_t batch = 16;    // windows a step
+  double rate = 0.003;       // length of the first steps; falls to 0 along half a cosine
+  double decay = 0.01;       // pull of the weights towards 0, relative to the rate
+  double width = 1.0;        // s.d. of how good a place is, pixels
+  double tail = 0;           // of how good a place is, this share falls three times as slowly: near misses
+  bool fixedShares = false;  // each place shall win as often as it is good, instead of any good one winning
   unsigned seed = 1;
 };
 

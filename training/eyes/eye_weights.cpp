@@ -44,7 +44,8 @@ void forPatternRows(const PatternColumns& columns, int x, int y, Work work) {
 // Calls work(index of the weight, place) for all scored places near a response.
 template <class Work>
 void forPlacesNear(const S1Entry& entry, Work work) {
-  const int left = std::max(entry.x - kReach, kFirstScoredColumn), right = std::min(entry.x + kReach, kLastScoredColumn);
+  const int left = std::max(entry.x - kReach, kFirstScoredColumn),
+            right = std::min(entry.x + kReach, kLastScoredColumn);
   for (int x = left; x <= right; ++x) {
     for (int y = std::max(entry.y - kReach, 0); y <= std::min(entry.y + kReach, kSide - 1); ++y) {
       const std::size_t row = (entry.map * 11 + index(entry.x - x + kReach)) * 11 + index(entry.y - y + kReach);
@@ -99,7 +100,8 @@ void scoreSample(const EyeWeights& weights, const EyeSample& sample, float* scor
         const std::size_t at = index(x + kSide * y) + kSide * l;
         for (std::uint8_t bin : sample.c1[at]) sums[l] += w[EyeWeights::kC1Start + bin];
         const std::size_t row = index(y) + l;
-        scores[at] = sums[l] + w[EyeWeights::kXStart + third(x)] + w[EyeWeights::kYStart + third(static_cast<int>(row))];
+        scores[at] =
+            sums[l] + w[EyeWeights::kXStart + third(x)] + w[EyeWeights::kYStart + third(static_cast<int>(row))];
       }
     }
   }

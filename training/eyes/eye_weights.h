@@ -11,9 +11,9 @@
 // places outside the window. The weight of S1 bin 0 stays 0: nearly all responses fall there.
 class EyeWeights {
  public:
-  static constexpr std::size_t kRows = 11 * 11;       // dx, then dy
-  static constexpr std::size_t kPatternRow = 60;      // 59 codes and "outside"
-  static constexpr std::size_t kS1Row = 13;           // bins 0 to 12
+  static constexpr std::size_t kRows = 11 * 11;   // dx, then dy
+  static constexpr std::size_t kPatternRow = 60;  // 59 codes and "outside"
+  static constexpr std::size_t kS1Row = 13;       // bins 0 to 12
   static constexpr std::size_t kS1Start = 3 * kRows * kPatternRow;
   static constexpr std::size_t kC1Start = kS1Start + 16 * kRows * kS1Row;
   static constexpr std::size_t kXStart = kC1Start + 13;

@@ -29,9 +29,7 @@ struct Sets {
 };
 
 // The search cannot find what lies outside the places that it compares.
-bool canBeFound(const EyeSample& sample) {
-  return sample.x > 2.5 && sample.x < 28.5 && sample.y > -1 && sample.y < 31;
-}
+bool canBeFound(const EyeSample& sample) { return sample.x > 2.5 && sample.x < 28.5 && sample.y > -1 && sample.y < 31; }
 
 Sets makeSets(const Options& options) {
   std::vector<EyeFrame> frames = readEyeFrames(options.frames);

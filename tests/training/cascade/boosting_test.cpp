@@ -80,7 +80,8 @@ TEST_F(Boosting, FirstStageKeepsTheGivenRows) {
   };
   const Stage stage = trainFirstStage(*features, *table, kFaces, {3, 0, 0.82f, 0.97}, given, 2);
   ASSERT_EQ(stage.classifiers.size(), 3u);
-  EXPECT_EQ(cascadeToStream({{0.82f, {stage.classifiers[0], stage.classifiers[1]}}}), cascadeToStream({{0.82f, given}}));
+  EXPECT_EQ(cascadeToStream({{0.82f, {stage.classifiers[0], stage.classifiers[1]}}}),
+            cascadeToStream({{0.82f, given}}));
   EXPECT_GE(passing(stage, *windows, 0, kFaces), 0.96);
   EXPECT_LT(passing(stage, *windows, kFaces, windows->size()), 0.6);
 }

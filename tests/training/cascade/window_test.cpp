@@ -126,7 +126,8 @@ TEST(WindowScanner, VisitsWhatTheDetectorReports) {
   ASSERT_FALSE(visited.empty());
   ASSERT_EQ(visited.size(), places.size());
   // Alone, a window has other roundings in its sums, which can tip those at the threshold.
-  const auto passing = std::count_if(windows.begin(), windows.end(), [&](const Window& w) { return scanner.passes(w, 0); });
+  const auto passing =
+      std::count_if(windows.begin(), windows.end(), [&](const Window& w) { return scanner.passes(w, 0); });
   EXPECT_GT(static_cast<double>(passing), 0.98 * static_cast<double>(windows.size()));
   std::sort(places.begin(), places.end());
   std::sort(visited.begin(), visited.end());

@@ -1,3 +1,5 @@
+#include "training/eyes/eye_weights.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,7 +12,6 @@
 #include "eyes/eye_window.h"
 #include "image/TIppiImage.h"
 #include "training/eyes/eye_solver.h"
-#include "training/eyes/eye_weights.h"
 
 namespace {
 
@@ -67,7 +68,8 @@ TEST(EyeWeightsForm, TheLibraryScoresAsTheTrainerDoes) {
     ScoreEyeWindow(window, *std::make_unique<TEyeRows>(weights.toModel()), used);
     const float constant = used[5] - trained[5];
     for (int x = 2; x <= 29; ++x) {
-      for (int y = 0; y < 32; ++y) EXPECT_NEAR(used[x + 32 * y] - trained[x + 32 * y], constant, 1e-4f) << x << ' ' << y;
+      for (int y = 0; y < 32; ++y)
+        EXPECT_NEAR(used[x + 32 * y] - trained[x + 32 * y], constant, 1e-4f) << x << ' ' << y;
     }
   }
 }
@@ -117,7 +119,8 @@ TEST(EyeFrames, TheCropFollowsTheEyes) {
   gray.AllocNew(400, 300);
   std::fill_n(gray.Pixels, gray.SizeBytes, static_cast<unsigned char>(200));
   // A black block of 5 by 5 pixels whose middle is the eye.
-  for (int y = 98; y <= 102; ++y) std::fill_n(gray.Pixels + (299 - y) * gray.Step + 168, 5, static_cast<unsigned char>(0));
+  for (int y = 98; y <= 102; ++y)
+    std::fill_n(gray.Pixels + (299 - y) * gray.Step + 168, 5, static_cast<unsigned char>(0));
   const EyeFrame frame = cutEyeFrame(gray, {{{170, 100}, {230, 100}}}, {200, 118, 150, 0, 0});
   double sum = 0, x = 0, y = 0;
   for (int row = 0; row < 128; ++row) {
