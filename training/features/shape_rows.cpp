@@ -12,15 +12,6 @@
 
 namespace {
 
-Shape meanShape() {
-  Shape shape;
-  for (std::size_t n = 0; n < kNodes; ++n) {
-    shape[2 * n] = static_cast<double>(MeanGrid40.Nodes[n].x);
-    shape[2 * n + 1] = static_cast<double>(MeanGrid40.Nodes[n].y);
-  }
-  return shape;
-}
-
 // The shape with its centroid moved from or to the origin.
 Shape moved(Shape shape, double x, double y) {
   for (std::size_t n = 0; n < kNodes; ++n) {
@@ -140,6 +131,15 @@ constexpr std::size_t kEarlyComponents = 5;
 
 }  // namespace
 
+Shape meanShape() {
+  Shape shape;
+  for (std::size_t n = 0; n < kNodes; ++n) {
+    shape[2 * n] = static_cast<double>(MeanGrid40.Nodes[n].x);
+    shape[2 * n + 1] = static_cast<double>(MeanGrid40.Nodes[n].y);
+  }
+  return shape;
+}
+
 Shape alignedToMean(const Shape& shape) {
   const Shape mean = meanShape();
   const double x = centre(mean, 0), y = centre(mean, 1);
@@ -170,13 +170,13 @@ std::vector<ShapeRowSpread> chooseShapeRows(const std::vector<Shape>& aligned) {
 
 void printShapeRows(const std::vector<ShapeRowSpread>& rows, const std::vector<Shape>& aligned) {
   const Shape mean = meanShape();
-  std::printf("row: spread and range of the search, pixels; their ratio; faces within the range\n");
+  std::printf("row: spread and range of the search, pixels; the spread in the range; faces within the range\n");
   for (std::size_t k = 0; k < rows.size(); ++k) {
     const double range = static_cast<double>(eigenvalues[k]);
     const auto within = std::count_if(aligned.begin(), aligned.end(), [&](const Shape& shape) {
       return std::abs(along(rows[k].row, shape, mean)) <= range;
     });
-    std::printf("%3zu  %7.2f  %7.2f  %6.2f  %6.2f %%\n", k, rows[k].spread, range, range / rows[k].spread,
+    std::printf("%3zu  %7.2f  %7.2f  %6.2f %%  %6.2f %%\n", k, rows[k].spread, range, 100.0 * rows[k].spread / range,
                 100.0 * static_cast<double>(within) / static_cast<double>(aligned.size()));
   }
 }

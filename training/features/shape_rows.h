@@ -10,6 +10,9 @@
 // x and y of the forty nodes in turn, pixels of the frame.
 using Shape = std::array<double, kCoordinates>;
 
+// MeanGrid40.
+Shape meanShape();
+
 // Turned, scaled along each axis and moved to come near the mean face: the pose parameters of the search carry these.
 Shape alignedToMean(const Shape& shape);
 

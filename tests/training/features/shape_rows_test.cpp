@@ -5,18 +5,7 @@
 #include <cmath>
 #include <random>
 
-#include "features/mean_grid.h"
-
 namespace {
-
-Shape meanShape() {
-  Shape shape;
-  for (std::size_t n = 0; n < kNodes; ++n) {
-    shape[2 * n] = static_cast<double>(MeanGrid40.Nodes[n].x);
-    shape[2 * n + 1] = static_cast<double>(MeanGrid40.Nodes[n].y);
-  }
-  return shape;
-}
 
 double product(const Shape& a, const Shape& b) {
   double sum = 0;
