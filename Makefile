@@ -93,7 +93,7 @@ coverage: packages-coverage
 	gcovr --root . --filter '(primitives|image|codecs|detect|eyes|features|framing|api)/' build/coverage \
 	  --html-details build/coverage/coverage.html --print-summary
 
-format: ; git ls-files '*.cpp' '*.c' '*.h' | xargs clang-format -i
+format: ; git ls-files '*.cpp' '*.hpp' '*.c' '*.h' | xargs clang-format -i
 
 install: build
 	DESTDIR="$(DESTDIR)" cmake --install build/release --prefix "$(prefix)"

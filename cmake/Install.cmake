@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/portraitcut)
 
 install(TARGETS portraitcut EXPORT portraitcutTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES api/vizl_api.h api/pc_api.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/portraitcut)
+install(FILES api/vizl_api.h api/pc_api.h api/portraitcut.hpp DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/portraitcut)
 install(EXPORT portraitcutTargets NAMESPACE portraitcut:: DESTINATION ${package_dir})
 
 configure_package_config_file(cmake/portraitcutConfig.cmake.in portraitcutConfig.cmake

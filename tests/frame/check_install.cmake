@@ -18,7 +18,7 @@ run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
 foreach(project ${SOURCE_DIR}/tests/consumer ${SOURCE_DIR}/examples)
   cmake_path(GET project FILENAME name)
   run(${CMAKE_COMMAND} -S ${project} -B ${WORK_DIR}/${name} -G Ninja
-    -D CMAKE_PREFIX_PATH=${prefix} -D CMAKE_C_COMPILER=${C_COMPILER})
+    -D CMAKE_PREFIX_PATH=${prefix} -D CMAKE_C_COMPILER=${C_COMPILER} -D CMAKE_CXX_COMPILER=${CXX_COMPILER})
   run(${CMAKE_COMMAND} --build ${WORK_DIR}/${name})
 endforeach()
 run(${WORK_DIR}/consumer/consumer ${VERSION})
