@@ -10,11 +10,13 @@ build_packages := g++ cmake ninja-build libjpeg-dev libpng-dev zlib1g-dev
 test_packages := $(build_packages) libgtest-dev pkg-config libcli11-dev
 bench_packages := $(test_packages) libbenchmark-dev
 coverage_packages := $(test_packages) gcovr
+docs_packages := doxygen
 
 jobs ?= $(shell nproc 2>/dev/null || echo 2)
 prefix ?= /usr/local
 DESTDIR ?=
 out := out
+version := $(shell sed -n 's/^project.portraitcut VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 ctest := ctest --output-on-failure --no-tests=error -j$(jobs)
 
 # Address space randomisation with many bits leaves no room for the shadow of older thread sanitizers.
@@ -27,8 +29,8 @@ export ASAN_OPTIONS ?= detect_leaks=1:allocator_may_return_null=1
 export UBSAN_OPTIONS ?= print_stacktrace=1
 export TSAN_OPTIONS ?= halt_on_error=1
 
-.PHONY: all build demo test bench asan tsan coverage format install uninstall clean help
-.PHONY: packages-build packages-test packages-bench packages-coverage
+.PHONY: all build demo test bench asan tsan coverage format docs install uninstall clean help
+.PHONY: packages-build packages-test packages-bench packages-coverage packages-docs
 
 all: build
 
@@ -52,6 +54,7 @@ packages-build: ; $(call install_missing,$(build_packages))
 packages-test: ; $(call install_missing,$(test_packages))
 packages-bench: ; $(call install_missing,$(bench_packages))
 packages-coverage: ; $(call install_missing,$(coverage_packages))
+packages-docs: ; $(call install_missing,$(docs_packages))
 
 build: packages-build
 	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=OFF -DPORTRAITCUT_BUILD_TRAINING=OFF
@@ -93,6 +96,12 @@ coverage: packages-coverage
 	gcovr --root . --filter '(primitives|image|codecs|detect|eyes|features|framing|api)/' build/coverage \
 	  --html-details build/coverage/coverage.html --print-summary
 
+# A name without documentation, or a reference to nothing, fails.
+docs: packages-docs
+	@mkdir -p build/docs
+	{ cat docs/Doxyfile; echo "PROJECT_NUMBER = $(version)"; echo "OUTPUT_DIRECTORY = build/docs"; } | doxygen -
+	@echo "The pages:                       $(abspath build/docs)/html/index.html"
+
 format: ; git ls-files '*.cpp' '*.hpp' '*.c' '*.h' | xargs clang-format -i
 
 install: build
@@ -104,4 +113,4 @@ uninstall:
 
 clean: ; rm -rf build $(out)
 
-help: ; @echo "make demo | test | bench | asan | tsan | coverage | build | install | uninstall | format | clean"
+help: ; @echo "make demo | test | bench | asan | tsan | coverage | docs | build | install | uninstall | format | clean"
