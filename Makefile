@@ -6,8 +6,8 @@
 # Both first install the Debian packages that are missing, as root or through sudo.
 
 # The packages of Debian 12 that each kind of work needs; the only place where they are listed.
-build_packages := g++ cmake ninja-build libjpeg-dev libpng-dev zlib1g-dev
-test_packages := $(build_packages) libgtest-dev pkg-config libcli11-dev
+build_packages := g++ cmake ninja-build libjpeg-dev libpng-dev zlib1g-dev libcli11-dev nlohmann-json3-dev libexif-dev
+test_packages := $(build_packages) libgtest-dev pkg-config python3
 bench_packages := $(test_packages) libbenchmark-dev
 coverage_packages := $(test_packages) gcovr
 docs_packages := doxygen

@@ -1,0 +1,254 @@
+#include "command_line.h"
+
+#include <vizl_api.h>
+
+#include <CLI/CLI.hpp>
+#include <cmath>
+#include <iostream>
+#include <map>
+
+#include "batch.h"
+#include "portrait_size.h"
+
+namespace {
+
+// What is worked out once all arguments are known.
+struct RawText {
+  std::string size;
+  std::string preset;
+  std::string face = "largest";
+  std::vector<double> shift;
+  std::string fill = "ffffff";
+  std::string framing;
+  std::string padding;
+  double dotsPerInch = 0;
+};
+
+const std::map<std::string, Performance> kPerformances = {
+    {"fast", Performance::kFast}, {"balanced", Performance::kBalanced}, {"thorough", Performance::kThorough}};
+const std::map<std::string, Padding> kPaddings = {{"shrink", Padding::kShrink},
+                                                  {"fill", Padding::kFill},
+                                                  {"edge", Padding::kEdge},
+                                                  {"mirror", Padding::kMirror},
+                                                  {"refuse", Padding::kRefuse}};
+const std::map<std::string, Format> kFormats = {
+    {"auto", Format::kAuto}, {"jpg", Format::kJpeg}, {"png", Format::kPng}, {"bmp", Format::kBmp}};
+const std::map<std::string, Framing> kFramings = {
+    {"face", Framing::kFace}, {"eyes", Framing::kEyes}, {"head", Framing::kHead}};
+
+constexpr const char* kFooter = R"(Examples:
+  portraitcut cut photo.jpg -o portrait.jpg
+  portraitcut cut photos/ -r -o portraits/ --size 300x400
+  portraitcut cut --preset icao photo.jpg -o passport.jpg
+  portraitcut detect photos/*.jpg > faces.jsonl
+  portraitcut cut - -o - < photo.jpg > portrait.jpg
+
+"portraitcut COMMAND --help" tells the options of a command; "man portraitcut" tells all.)";
+
+template <typename Value>
+void addChoice(CLI::App* app, const std::string& names, Value& target, const std::map<std::string, Value>& choices,
+               const std::string& text) {
+  std::string listed;
+  for (const auto& choice : choices) listed += (listed.empty() ? "" : ", ") + choice.first;
+  app->add_option_function<std::string>(
+         names, [&target, &choices](const std::string& name) { target = choices.at(name); }, text + ": " + listed)
+      ->check(CLI::IsMember(&choices).description(""))
+      ->type_name("NAME");
+}
+
+void addInputOptions(CLI::App* app, InputOptions& input) {
+  app->add_option("input", input.paths, "Pictures (JPEG, PNG, BMP) and folders of pictures; - is standard input")
+      ->type_name("INPUT");
+  app->add_flag("-r,--recursive", input.recursive, "Go into sub-folders");
+  app->add_option("--files-from", input.listFile, "Take the inputs from the lines of FILE; - is standard input")
+      ->type_name("FILE");
+  app->add_flag("-0,--null", input.nullSeparated, "The names in that file end in a zero byte, not in a line break");
+  app->add_flag("--ignore-orientation", input.ignoreOrientation, "Take pictures as stored, whatever their EXIF says");
+}
+
+void addDetectionOptions(CLI::App* app, DetectionOptions& detection) {
+  addChoice(app, "-p,--performance", detection.performance, kPerformances,
+            "How thoroughly to look for faces, thorough unless told otherwise");
+  app->add_option("--threshold", detection.threshold, "Like hits that make a face; more gives fewer false faces")
+      ->capture_default_str()
+      ->check(CLI::Range(1, 1000000))
+      ->type_name("N");
+  app->add_option("--working-width", detection.workingWidth,
+                  "Width to which pictures are reduced for the search; more finds smaller faces")
+      ->check(CLI::Range(20, 65535))
+      ->type_name("PIXELS");
+  app->add_option("--min-face", detection.minimumFace, "Pass over faces that are narrower")
+      ->check(CLI::Range(0, 65535))
+      ->type_name("PIXELS");
+}
+
+void addBatchOptions(CLI::App* app, BatchOptions& batch) {
+  app->add_option("-j,--jobs", batch.jobs, "Worker processes; one for each processor unless told otherwise")
+      ->check(CLI::Range(1, 1024))
+      ->type_name("N");
+}
+
+void addReportOptions(CLI::App* app, Options& options) {
+  app->add_flag_callback(
+      "--json", [&options] { options.report = Report::kJson; }, "A line of JSON for each file");
+  app->add_flag_callback(
+      "--csv", [&options] { options.report = Report::kCsv; }, "Comma-separated values");
+  app->add_flag("--stored-coordinates", options.storedCoordinates,
+                "Tell positions in the picture as stored, not as turned upright");
+}
+
+void addOutputOptions(CLI::App* app, OutputOptions& output) {
+  app->add_option("-o,--output", output.path, "File or folder to write to; - is standard output")
+      ->required()
+      ->type_name("PATH");
+  addChoice(app, "--format", output.format, kFormats, "Kind of the output; auto goes by its name or the input's");
+  app->add_option("-q,--quality", output.quality, "Quality of JPEG files, 0 to 100")
+      ->capture_default_str()
+      ->check(CLI::Range(0, 100));
+  app->add_flag("-f,--force", output.force, "Replace outputs that exist (never an input)");
+}
+
+void addFrameOptions(CLI::App* app, CutOptions& cut, RawText& raw) {
+  app->add_option("-s,--size", raw.size, "Size of the portrait: 300x400 (pixels), 35x45mm, 2x2in; 600x800 otherwise")
+      ->type_name("WxH");
+  app->add_option("--preset", raw.preset, "icao (35x45 mm passport), us (2x2 inch passport) or avatar (512x512)")
+      ->type_name("NAME");
+  app->add_option("--dpi", raw.dotsPerInch, "Dots per inch of sizes in mm and inches, 300 unless told otherwise")
+      ->check(CLI::Range(1.0, 10000.0));
+  app->add_option("--framing", raw.framing, "Frame by the face, the eyes (the rule at thorough) or the head")
+      ->check(CLI::IsMember(&kFramings).description(""))
+      ->type_name("NAME");
+  app->add_option("--face-scale", cut.faceScale, "Zoom: 2 shows half as much around the face, 0.6 the shoulders")
+      ->capture_default_str()
+      ->check(CLI::Range(0.01, 100.0));
+  app->add_option("--shift", raw.shift, "Move the frame right and down, in its own widths and heights")
+      ->expected(2)
+      ->type_name("X Y");
+  app->add_option("--face", raw.face, "largest, all, or a number: 1 is the largest")
+      ->capture_default_str()
+      ->type_name("WHICH");
+  app->add_option("--pad", raw.padding,
+                  "Where the frame leaves the picture: shrink it, fill with a colour, repeat the edge, mirror, refuse")
+      ->check(CLI::IsMember(&kPaddings).description(""))
+      ->type_name("RULE");
+  app->add_option("--fill-colour", raw.fill, "Colour of --pad fill, RRGGBB")->capture_default_str();
+}
+
+void applyPreset(const RawText& raw, Options& options) {
+  CutOptions& cut = options.cut;
+  cut.framing = options.detection.performance == Performance::kThorough ? Framing::kEyes : Framing::kFace;
+  if (raw.preset.empty()) return;
+  const Preset* preset = findPreset(raw.preset);
+  if (preset == nullptr) throw CLI::ValidationError("--preset", raw.preset + " is not one of icao, us, avatar");
+  if (preset->framing == Framing::kHead) cut.framing = preset->framing;
+  cut.head = preset->head;
+  cut.padding = preset->padding;
+  const double dotsPerInch = raw.dotsPerInch > 0 ? raw.dotsPerInch : preset->dotsPerInch;
+  cut.size = parseSize(preset->size, dotsPerInch).value_or(cut.size);
+  cut.dotsPerInch = preset->dotsPerInch > 0 ? dotsPerInch : raw.dotsPerInch;
+}
+
+void applySize(const RawText& raw, CutOptions& cut) {
+  if (raw.dotsPerInch > 0) cut.dotsPerInch = raw.dotsPerInch;
+  if (raw.size.empty()) return;
+  const bool onPaper = raw.size.ends_with("mm") || raw.size.ends_with("in");
+  if (onPaper && cut.dotsPerInch == 0) cut.dotsPerInch = 300;
+  const std::optional<Size> size = parseSize(raw.size, cut.dotsPerInch);
+  if (!size) throw CLI::ValidationError("--size", raw.size + " is no size: 300x400, 35x45mm or 2x2in, to 20000 pixels");
+  cut.size = *size;
+}
+
+int parseFace(const std::string& text) {
+  if (text == "largest") return 1;
+  if (text == "all") return 0;
+  const bool isNumber = !text.empty() && text.size() < 5 && text.find_first_not_of("0123456789") == std::string::npos;
+  const int number = isNumber ? std::stoi(text) : 0;
+  if (number < 1) throw CLI::ValidationError("--face", text + " is neither largest, all nor a number");
+  return number;
+}
+
+void applyFrame(const RawText& raw, Options& options) {
+  CutOptions& cut = options.cut;
+  applyPreset(raw, options);
+  applySize(raw, cut);
+  if (!raw.framing.empty()) cut.framing = kFramings.at(raw.framing);
+  if (cut.framing == Framing::kHead && cut.head.headHeight == 0) cut.head = findPreset("icao")->head;
+  if (!raw.padding.empty()) cut.padding = kPaddings.at(raw.padding);
+  if (!raw.shift.empty()) {
+    cut.shiftX = raw.shift[0];
+    cut.shiftY = raw.shift[1];
+  }
+  const std::optional<Colour> fill = parseColour(raw.fill);
+  if (!fill) throw CLI::ValidationError("--fill-colour", raw.fill + " is not six hexadecimal digits");
+  cut.fill = *fill;
+  cut.face = parseFace(raw.face);
+}
+
+void requireSense(const Options& options) {
+  const InputOptions& input = options.input;
+  const bool listed = !input.listFile.empty();
+  if (input.paths.empty() != listed) throw CLI::ValidationError("INPUT", "give inputs or --files-from, one of them");
+  if (options.output.path == "-" && (listed || input.paths.size() > 1)) {
+    throw CLI::ValidationError("--output", "standard output takes one picture");
+  }
+  if (options.output.path == "-" && options.report != Report::kNone) {
+    throw CLI::ValidationError("--output", "standard output can't take a report and a picture");
+  }
+  if (options.output.path == "-" && options.cut.face == 0) {
+    throw CLI::ValidationError("--output", "standard output takes one face");
+  }
+}
+
+class Parser {
+ public:
+  Parser() : app_("Finds faces in pictures and cuts portraits out.", "portraitcut") {
+    app_.set_version_flag("--version", std::string("portraitcut ") + VIZL_GetVersion());
+    app_.require_subcommand(1);
+    app_.footer(kFooter);
+    addCut();
+    addSearch("detect", Command::kDetect, "Tell where faces are");
+    addSearch("features", Command::kFeatures, "Tell the forty points of each face");
+    addSearch("eyes", Command::kEyes, "Tell the eyes of each face");
+  }
+
+  std::variant<Options, int> parse(int argc, char** argv) {
+    try {
+      app_.parse(argc, argv);
+      if (options_.command == Command::kCut) applyFrame(raw_, options_);
+      requireSense(options_);
+    } catch (const CLI::ParseError& error) {
+      return app_.exit(error, std::cout, std::cerr) == 0 ? kAllDone : kWrongUse;
+    }
+    return options_;
+  }
+
+ private:
+  CLI::App* addCommand(const std::string& name, Command command, const std::string& text) {
+    CLI::App* sub = app_.add_subcommand(name, text);
+    addInputOptions(sub, options_.input);
+    addDetectionOptions(sub, options_.detection);
+    addBatchOptions(sub, options_.batch);
+    addReportOptions(sub, options_);
+    sub->parse_complete_callback([this, command] { options_.command = command; });
+    return sub;
+  }
+
+  void addCut() {
+    CLI::App* sub = addCommand("cut", Command::kCut, "Cut portraits out of pictures");
+    addOutputOptions(sub, options_.output);
+    addFrameOptions(sub, options_.cut, raw_);
+  }
+
+  void addSearch(const std::string& name, Command command, const std::string& text) {
+    CLI::App* sub = addCommand(name, command, text);
+    sub->preparse_callback([this](size_t) { options_.report = Report::kJson; });
+  }
+
+  CLI::App app_;
+  Options options_;
+  RawText raw_;
+};
+
+}  // namespace
+
+std::variant<Options, int> parseCommandLine(int argc, char** argv) { return Parser().parse(argc, argv); }

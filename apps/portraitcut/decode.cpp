@@ -1,0 +1,54 @@
+#include "decode.h"
+
+#include "exif.h"
+#include "failure.h"
+#include "scratch_file.h"
+
+namespace {
+
+using Bytes = std::span<const unsigned char>;
+
+// After some failures of the library there is an image to free, after others none; the number tells.
+Picture adopt(int32_t code, HImage handle, const char* doing) {
+  constexpr HImage kNone = UINT32_MAX;
+  if (code == VIZLE_OK) return Picture(handle);
+  if (handle != kNone) VIZL_FreeImage(handle);
+  requireOk(code, doing);
+  return Picture();
+}
+
+Picture decodeJpeg(Bytes file) {
+  HImage handle = UINT32_MAX;
+  const int32_t code = VIZL_LoadImageFromJpegBuffer(&handle, file.data(), static_cast<unsigned int>(file.size()));
+  return adopt(code, handle, "cannot decode the JPEG file");
+}
+
+Picture decodePng(Bytes file) {
+  HImage handle = UINT32_MAX;
+  const int32_t code = VIZL_LoadImageFromPngBuffer(&handle, file.data(), static_cast<unsigned int>(file.size()));
+  return adopt(code, handle, "cannot decode the PNG file");
+}
+
+// The library reads BMP from files only, and only from those named so.
+Picture decodeBmp(Bytes file) {
+  const ScratchFile copy(".bmp", file);
+  HImage handle = UINT32_MAX;
+  const int32_t code = VIZL_LoadImageFromFile(&handle, copy.path().c_str());
+  return adopt(code, handle, "cannot decode the BMP file");
+}
+
+Picture decode(Bytes file) {
+  if (file.empty()) throw Failure("the file is empty");
+  if (file.size() >= 3 && file[0] == 0xff && file[1] == 0xd8 && file[2] == 0xff) return decodeJpeg(file);
+  if (file.size() >= 4 && file[0] == 0x89 && file[1] == 'P' && file[2] == 'N' && file[3] == 'G') return decodePng(file);
+  if (file.size() >= 2 && file[0] == 'B' && file[1] == 'M') return decodeBmp(file);
+  throw Failure("neither a JPEG, a PNG nor a BMP file");
+}
+
+}  // namespace
+
+UprightPicture decodeUpright(Bytes file, bool ignoreOrientation) {
+  Picture stored = decode(file);
+  const Orientation orientation = ignoreOrientation ? Orientation() : exifOrientation(file);
+  return {orientation.upright(std::move(stored)), orientation};
+}

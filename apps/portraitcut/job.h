@@ -1,0 +1,14 @@
+// One file to work on.
+#ifndef APPS_PORTRAITCUT_JOB_H
+#define APPS_PORTRAITCUT_JOB_H
+
+#include <string>
+
+struct Job {
+  // A file's name; "-" is standard input; with pictures in a stream, a line of JSON.
+  std::string input;
+  // Where the picture goes, before faces are numbered; "-" is standard output, empty none.
+  std::string output;
+};
+
+#endif

@@ -1,0 +1,82 @@
+"""Pictures whose EXIF tag says that they lie on a side or are mirrored."""
+
+import json
+import unittest
+
+from support import FACE, QUICK, ProgramTest, bmp_rows, exif_block, jpeg_with_exif, png_file, stored_rows
+
+
+class Orientation(ProgramTest):
+
+    def setUp(self):
+        super().setUp()
+        self.run_program("cut", FACE, "-o", "upright.bmp", "--size", "150x181", "--face-scale", "0.8")
+        self.upright = bmp_rows((self.folder / "upright.bmp").read_bytes())
+
+    def write_all(self):
+        for value in range(1, 9):
+            png = png_file(stored_rows(self.upright, value), exif_block(value, value % 2 == 0))
+            (self.folder / f"{value}.png").write_bytes(png)
+
+    def test_all_give_the_same_portrait(self):
+        self.write_all()
+        names = [f"{value}.png" for value in range(1, 9)]
+        self.run_program("cut", *names, "-o", "out/", "--size", "60x80", "--format", "bmp")
+        portraits = {(self.folder / "out" / f"{value}.bmp").read_bytes() for value in range(1, 9)}
+        self.assertEqual(len(portraits), 1)
+
+    def test_stored_coordinates_point_at_the_same_pixels(self):
+        self.write_all()
+        names = [f"{value}.png" for value in range(1, 9)]
+        upright = self.records("features", *names)
+        stored = self.records("features", "--stored-coordinates", *names)
+        for value, (want, got) in enumerate(zip(upright, stored), start=1):
+            self.assertEqual(got["orientation"], value)
+            # Each pixel carries its own place through the same turn as the picture.
+            places = [[(x, y) for x in range(want["width"])] for y in range(want["height"])]
+            places = stored_rows(places, value)
+            self.assertEqual((got["width"], got["height"]), (len(places[0]), len(places)))
+            face, there = want["faces"][0], got["faces"][0]
+            self.assertEqual(places[there["yc"]][there["xc"]], (face["xc"], face["yc"]))
+            for point, stored_point in zip(face["points"], there["points"]):
+                self.assertEqual(places[stored_point["y"]][stored_point["x"]], (point["x"], point["y"]))
+
+    def test_angle_in_stored_coordinates(self):
+        self.write_all()
+        names = [f"{value}.png" for value in range(1, 9)]
+        upright = self.records("detect", names[0])[0]["faces"][0]["angle"]
+        angles = [record["faces"][0]["angle"] for record in self.records("detect", "--stored-coordinates", *names)]
+        # What turns the stored picture upright, and then the face; mirrored pictures turn the other way.
+        turns = [upright, -upright, 180 + upright, 180 - upright, 90 - upright, 90 + upright, 270 - upright, 270 + upright]
+        for angle, turn in zip(angles, turns):
+            self.assertAlmostEqual((angle - turn + 180) % 360 - 180, 0, places=3)
+
+    def test_jpeg_tags_of_both_byte_orders(self):
+        jpeg = FACE.read_bytes()
+        for value in (1, 3, 6, 8):
+            for little in (True, False):
+                (self.folder / "tagged.jpg").write_bytes(jpeg_with_exif(jpeg, exif_block(value, little)))
+                record, = self.records("detect", *QUICK, "tagged.jpg")
+                self.assertEqual(record["orientation"], value)
+                self.assertEqual((record["width"], record["height"]), (288, 360) if value < 5 else (360, 288))
+                ignored, = self.records("detect", *QUICK, "--ignore-orientation", "tagged.jpg")
+                self.assertEqual((ignored["orientation"], ignored["width"]), (1, 288))
+
+    def test_damaged_tags_count_as_upright(self):
+        jpeg = FACE.read_bytes()
+        whole = exif_block(6)
+        blocks = [whole[:cut] for cut in range(len(whole) - 5)]
+        blocks += [exif_block(0), exif_block(9), whole[:10] + b"\xff\xff" + whole[12:16] + b"\xff" * 4, b"\0" * 60000]
+        names = []
+        for number, block in enumerate(blocks):
+            names.append(f"{number:02}.jpg")
+            (self.folder / names[-1]).write_bytes(jpeg_with_exif(jpeg, block))
+        for record in self.records("detect", *QUICK, *names):
+            self.assertEqual((record["status"], record["orientation"]), ("ok", 1), record)
+
+    def records(self, *arguments):
+        return [json.loads(line) for line in self.run_program(*arguments).stdout.splitlines()]
+
+
+if __name__ == "__main__":
+    unittest.main()
