@@ -7,7 +7,7 @@
 
 # The packages of Debian 12 that each kind of work needs; the only place where they are listed.
 build_packages := g++ cmake ninja-build libjpeg-dev libpng-dev zlib1g-dev libcli11-dev nlohmann-json3-dev libexif-dev
-test_packages := $(build_packages) libgtest-dev pkg-config python3
+test_packages := $(build_packages) libgtest-dev pkg-config python3-numpy
 bench_packages := $(test_packages) libbenchmark-dev
 coverage_packages := $(test_packages) gcovr
 docs_packages := doxygen
