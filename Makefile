@@ -29,7 +29,7 @@ export ASAN_OPTIONS ?= detect_leaks=1:allocator_may_return_null=1
 export UBSAN_OPTIONS ?= print_stacktrace=1
 export TSAN_OPTIONS ?= halt_on_error=1
 
-.PHONY: all build demo test bench asan tsan coverage format docs install uninstall clean help
+.PHONY: all build demo test bench asan tsan faults coverage format docs install uninstall clean help
 .PHONY: packages-build packages-test packages-bench packages-coverage packages-docs
 
 all: build
@@ -89,6 +89,12 @@ tsan: packages-test
 	cmake --build --preset tsan -j $(jobs) --target $(tsan_programs)
 	cd build/tsan && $(tsan_run) $(ctest) -R '$(tsan_tests)'
 
+# Every allocation of every call fails in turn; make test does it for some of them.
+faults: packages-test
+	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=ON
+	cmake --build --preset release -j $(jobs) --target test_faults
+	PORTRAITCUT_FAULTS=all build/release/tests/faults/test_faults
+
 coverage: packages-coverage
 	cmake --preset coverage
 	cmake --build --preset coverage -j $(jobs)
@@ -113,4 +119,4 @@ uninstall:
 
 clean: ; rm -rf build $(out)
 
-help: ; @echo "make demo | test | bench | asan | tsan | coverage | docs | build | install | uninstall | format | clean"
+help: ; @echo "make demo | test | bench | asan | tsan | faults | coverage | docs | build | install | uninstall | format | clean"

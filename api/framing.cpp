@@ -1,9 +1,11 @@
 // The portrait of the largest face: where it lies, and its cut. And the picture of a face whose points are known.
 #include <algorithm>
 #include <iterator>
+#include <stdexcept>
 
 #include "api/exported.h"
 #include "api/handles.h"
+#include "features/facial_features.h"
 #include "framing/extract_face.h"
 #include "framing/portrait_frame.h"
 
@@ -17,11 +19,17 @@ int32_t imageSize(HImage image, int32_t& width, int32_t& height) {
   return code == VIZLE_OK ? VIZL_GetImageHeight(image, &height) : code;
 }
 
-// The face to frame. One whose points can't be searched, as beyond the reach of the search, stays as detected.
+// The face to frame. One whose points can't be searched, as beyond the reach of the search, stays as detected. But a
+// lack of memory goes on to the caller: the frame is not to depend on it.
 TFacePosition withFeatures(HImage image, const TFacePosition& face, ContextID context) {
   TPoint points[40];
-  const int32_t code = VIZL_DetectFacialFeaturesInRegion_C(image, &face, &points, context);
-  return code == VIZLE_OK ? FaceByEyes(face, points[0], points[1]) : face;
+  try {
+    TIppiImage* copy = DetectionCopyOf(*FindImage(image));
+    const int code = DetectFacialFeaturesInRegion(copy, &face, &points, nullptr, context);
+    return code == VIZLE_OK ? FaceByEyes(face, points[0], points[1]) : face;
+  } catch (const std::length_error&) {
+    return face;
+  }
 }
 
 // `image` is valid and `wish` is not yet checked.

@@ -6,9 +6,10 @@
 
 #include "api/exported.h"
 #include "image/lock.h"
+#include "image/never_destroyed.h"
 
-// Never destroyed, so that a thread that is still at work while the process ends finds it.
-std::vector<ippiImgStruct*>& Images = *new std::vector<ippiImgStruct*>;
+static constinit TNeverDestroyed<std::vector<ippiImgStruct*>> ImagesOfLibrary;
+std::vector<ippiImgStruct*>& Images = ImagesOfLibrary.value;
 pthread_mutex_t* mutex_images = nullptr;
 
 namespace {
@@ -97,7 +98,7 @@ void FreeAllImages() {
   for (std::size_t slot = 0; slot < slots; ++slot) FreeImage(static_cast<HImage>(slot));
   TImagesLookup lookup;
   for (ippiImgStruct* record : Images) delete record;
-  Images.clear();
+  std::vector<ippiImgStruct*>().swap(Images);
 }
 
 void AbandonAllImages() {

@@ -1,4 +1,6 @@
 // Start and stop of the library, and its exported data.
+#include <array>
+#include <iterator>
 #include <memory>
 
 #include "api/exported.h"
@@ -31,23 +33,40 @@ pthread_mutex_t** const kMutexes[] = {&mutex_params,
                                       &mutex_paramThreshold2,
                                       &mutex_JpegQuality};
 
+struct TMutexDeleter {
+  void operator()(pthread_mutex_t* mutex) const { DeleteMutex(mutex); }
+};
+using TMutexes = std::array<std::unique_ptr<pthread_mutex_t, TMutexDeleter>, std::size(kMutexes)>;
+
+TMutexes newMutexes() {
+  TMutexes mutexes;
+  for (auto& mutex : mutexes) mutex.reset(NewMutex());
+  return mutexes;
+}
+
+// All that takes memory comes first, so that a start that lacks it changes nothing.
 void initialize() {
   ippStaticInit();
-  // A second start leaks what the first one made: another thread could still hold a mutex of it.
-  for (pthread_mutex_t** mutex : kMutexes) *mutex = NewMutex();
-  IppiFaceDetector = std::make_unique<TIppiFaceDetector>().release();
-  NeuroLocator = std::make_unique<TNeuroLocator>().release();
-  AbandonAllImages();
+  TMutexes mutexes = newMutexes();
+  auto detector = std::make_unique<TIppiFaceDetector>();
+  auto locator = std::make_unique<TNeuroLocator>();
   VIZL_resInit();
   InitEyes();
+  // A second start leaks what the first one made: another thread could still hold a mutex of it.
+  for (std::size_t i = 0; i < mutexes.size(); ++i) *kMutexes[i] = mutexes[i].release();
+  IppiFaceDetector = detector.release();
+  NeuroLocator = locator.release();
+  AbandonAllImages();
 }
 
 }  // namespace
 
 int32_t VIZL_Initialize(const char* /*dataPath*/) {
+  const bool hadResources = VIZL_resData("MW") != nullptr;
   try {
     initialize();
   } catch (...) {
+    if (!hadResources) FinalizeResources();
     return VIZLE_INVALID_ARGUMENT;
   }
   LibraryReady = true;

@@ -19,33 +19,31 @@ int32_t loadByFormat(TIppiImage& image, const char* fileName) {
   }
 }
 
-// A load that fails keeps the handle: the caller has its number and frees it.
+// A load that fails keeps the handle: the caller has its number and frees it. The code tells whether there is one, so
+// what decoding throws and what the making of the handle throws become different codes.
 int32_t loadFile(HImage* handle, const char* fileName, TIppiImageMode mode) {
-  return Exported(
-      [=] {
-        if (fileName == nullptr) return VIZLE_INVALID_ARGUMENT;
-        if (!CanOpenFile(fileName, "rb")) return VIZLE_CANNOT_OPEN_FILE;
-        ippiImgStruct* record = NewImage(handle);
-        if (record == nullptr) return VIZLE_INVALID_ARGUMENT;
-        record->Image->Mode = mode;
-        return loadByFormat(*record->Image, fileName);
-      },
-      VIZLE_BAD_IMAGE_FILE);
+  return Exported([=] {
+    if (fileName == nullptr) return VIZLE_INVALID_ARGUMENT;
+    if (!CanOpenFile(fileName, "rb")) return VIZLE_CANNOT_OPEN_FILE;
+    ippiImgStruct* record = NewImage(handle);
+    if (record == nullptr) return VIZLE_INVALID_ARGUMENT;
+    record->Image->Mode = mode;
+    return Exported([=] { return loadByFormat(*record->Image, fileName); }, VIZLE_BAD_IMAGE_FILE);
+  });
 }
 
 using TBufferLoader = int (TIppiImage::*)(const unsigned char*, unsigned int);
 
 int32_t loadBuffer(HImage* handle, const unsigned char* data, unsigned int size, TBufferLoader loader,
                    TIppiImageMode mode) {
-  return Exported(
-      [=] {
-        if (data == nullptr) return VIZLE_INVALID_ARGUMENT;
-        ippiImgStruct* record = NewImage(handle);
-        if (record == nullptr) return VIZLE_INVALID_ARGUMENT;
-        record->Image->Mode = mode;
-        return (record->Image->*loader)(data, size) == 0 ? VIZLE_OK : VIZLE_IMAGE_IO_FAILED;
-      },
-      VIZLE_IMAGE_IO_FAILED);
+  return Exported([=] {
+    if (data == nullptr) return VIZLE_INVALID_ARGUMENT;
+    ippiImgStruct* record = NewImage(handle);
+    if (record == nullptr) return VIZLE_INVALID_ARGUMENT;
+    record->Image->Mode = mode;
+    const auto decode = [=] { return (record->Image->*loader)(data, size) == 0 ? VIZLE_OK : VIZLE_IMAGE_IO_FAILED; };
+    return Exported(decode, VIZLE_IMAGE_IO_FAILED);
+  });
 }
 
 }  // namespace

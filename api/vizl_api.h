@@ -188,9 +188,10 @@ VIZL_API int32_t VIZL_FreeImage(HImage handle);
  * decides the format, in any case of letters: bmp; jpg, jpe, jfif, jpeg; png.
  * @param[out] handle not null: the handle, owned by the caller.
  * @param[in] fileName not null.
- * @return VIZLE_OK, else VIZLE_INVALID_ARGUMENT (null argument), VIZLE_CANNOT_OPEN_FILE, VIZLE_UNKNOWN_EXTENSION,
- * VIZLE_BAD_IMAGE_FILE. After the last two *handle names an image that the caller has to free: empty after the
- * former, of no defined content after the latter. After the others *handle is as it was. */
+ * @return VIZLE_OK, else VIZLE_INVALID_ARGUMENT (null argument; no memory for the handle itself),
+ * VIZLE_CANNOT_OPEN_FILE, VIZLE_UNKNOWN_EXTENSION, VIZLE_BAD_IMAGE_FILE. After the last two *handle names an image that
+ * the caller has to free: empty after the former, of no defined content after the latter. After the others *handle is
+ * as it was. */
 VIZL_API int32_t VIZL_LoadImageFromFile(HImage* handle, const char* fileName);
 
 /** Like VIZL_LoadImageFromFile, but the picture has alpha: that of a PNG file with alpha, else 255.
@@ -201,8 +202,8 @@ VIZL_API int32_t VIZL_LoadImageFromFileWithAlpha(HImage* handle, const char* fil
  * @param[out] handle not null: the handle, owned by the caller.
  * @param[in] data not null: the file.
  * @param[in] size bytes.
- * @return VIZLE_OK, else VIZLE_INVALID_ARGUMENT (null argument), VIZLE_IMAGE_IO_FAILED. After the latter *handle names
- * an image of no defined content that the caller has to free. */
+ * @return VIZLE_OK, else VIZLE_INVALID_ARGUMENT (null argument; no memory for the handle itself),
+ * VIZLE_IMAGE_IO_FAILED. After the latter *handle names an image of no defined content that the caller has to free. */
 VIZL_API int32_t VIZL_LoadImageFromJpegBuffer(HImage* handle, const unsigned char* data, unsigned int size);
 
 /** Like VIZL_LoadImageFromJpegBuffer, but for a PNG file; alpha is dropped.
@@ -220,8 +221,9 @@ VIZL_API int32_t VIZL_LoadImageFromPngBufferWithAlpha(HImage* handle, const unsi
  * @param[in] height pixels; 0 or less gives an empty picture.
  * @param[in] scanLine bytes from the start of a row to the start of the next; may be negative.
  * @param[in] mode layout of the buffer.
- * @return VIZLE_OK, else VIZLE_INVALID_ARGUMENT (null argument; a side too long, and then *handle names an empty image
- * that the caller has to free). */
+ * @return VIZLE_OK, else VIZLE_INVALID_ARGUMENT (null argument; a side too long or no memory for the pixels, and then
+ * *handle names an empty image that the caller has to free; no memory for the handle itself, and then *handle is as it
+ * was). */
 VIZL_API int32_t VIZL_LoadImageFromBuffer(HImage* handle, const unsigned char* buffer, int32_t width, int32_t height,
                                           int32_t scanLine, VIZL_IMAGEMODE mode);
 

@@ -19,10 +19,10 @@ void UseEyeModel(const eyeFeature& model) {
 int InitEyes() {
   auto prototype = std::make_unique<TEyeHMaxFeatures>();
   prototype->CreateS1Filters();
-  delete std::exchange(eyeHMaxPrototype, prototype.release());
   const auto model = std::make_unique<eyeFeature>();
   std::memcpy(model.get(), VIZL_resData("EYESVM") + kEyeModelHeader, sizeof *model);
   UseEyeModel(*model);
+  delete std::exchange(eyeHMaxPrototype, prototype.release());
   std::memcpy(eyeModel2, VIZL_resData("EYESVM2") + kEyeModelHeader, sizeof eyeModel2);
   return 0;
 }

@@ -40,6 +40,7 @@ extern unsigned char eyeModel2[kEyeModel2Size];  // no score reads it
 // Puts another model in the place of the searches' own, while none runs.
 void UseEyeModel(const eyeFeature& model);
 
-// Make filters and models from the resources, and destroy them. Both return 0.
+// Make filters and models from the resources, and destroy them. Both return 0. What the former throws for lack of
+// memory leaves the present ones in place.
 int InitEyes();
 int FinalizeEyes();

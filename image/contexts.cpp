@@ -6,14 +6,16 @@
 
 #include "api/vizl_api.h"
 #include "image/lock.h"
+#include "image/never_destroyed.h"
 #include "image/params.h"
 
 pthread_mutex_t* mutex_params = nullptr;
 
 namespace {
 
-// Never destroyed: contexts outlive VIZL_Finalize, and a thread may still read them while the process ends.
-std::vector<TParamsEntry*>& Params = *new std::vector<TParamsEntry*>;
+// Contexts outlive VIZL_Finalize.
+constinit TNeverDestroyed<std::vector<TParamsEntry*>> ParamsOfLibrary;
+std::vector<TParamsEntry*>& Params = ParamsOfLibrary.value;
 
 // The caller holds mutex_params.
 TParamsEntry* findEntry(int id) {
@@ -48,6 +50,7 @@ int FreeContext(int id) {
   // Only the freed slot itself leaves the table; a null slot before it stays and is filled first.
   if (static_cast<std::size_t>(id) == Params.size()) {
     Params.pop_back();
+    if (Params.empty()) Params.shrink_to_fit();
   } else {
     Params[static_cast<std::size_t>(id) - 1] = nullptr;
   }

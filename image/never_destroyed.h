@@ -1,0 +1,13 @@
+// Objects that live as long as the library is in memory.
+#pragma once
+
+// A static object whose destructor never runs: a thread that is still at work while the process ends finds it whole. It
+// takes no memory of its own from the heap, so that a library that is unloaded after its end leaves nothing behind.
+template <typename T>
+union TNeverDestroyed {
+  T value;
+  constexpr TNeverDestroyed() : value() {}
+  constexpr ~TNeverDestroyed() {}
+  TNeverDestroyed(const TNeverDestroyed&) = delete;
+  TNeverDestroyed& operator=(const TNeverDestroyed&) = delete;
+};
