@@ -25,6 +25,10 @@ struct Options {
   std::size_t limit = 0;
   unsigned threads = 2;
   int maxThreshold = 20;
+  int threshold = 3;
+  int width = 384;
+  bool upright = false;
+  bool noAngles = false;
   evaluation::Criterion criterion;
 };
 
@@ -41,6 +45,14 @@ void addOptions(CLI::App& app, Options& options) {
   app.add_option("--max-threshold", options.maxThreshold, "last threshold of the raw scan")
       ->check(CLI::Range(1, 1000))
       ->capture_default_str();
+  app.add_option("--threshold", options.threshold, "like hits that make a face")
+      ->check(CLI::Range(1, 1000))
+      ->capture_default_str();
+  app.add_option("--width", options.width, "internal width, pixels")
+      ->check(CLI::Range(20, 65535))
+      ->capture_default_str();
+  app.add_flag("--upright", options.upright, "no search for tilted faces");
+  app.add_flag("--no-angles", options.noAngles, "angles of -15, 0 and 15 degrees only");
   app.add_option("--centre", options.criterion.centre, "largest distance of the centre, widths")->capture_default_str();
   app.add_option("--min-width", options.criterion.minWidth, "smallest width, widths")->capture_default_str();
   app.add_option("--max-width", options.criterion.maxWidth, "largest width, widths")->capture_default_str();
@@ -48,6 +60,12 @@ void addOptions(CLI::App& app, Options& options) {
 
 bool wants(const Options& options, const char* part) {
   return std::find(options.parts.begin(), options.parts.end(), part) != options.parts.end();
+}
+
+// As VIZL_SetFaceDetectionParameters and VIZL_SetFaceDetectionThreshold do for the whole process.
+void applySettings(const Options& options) {
+  SetFaceDetectionParameters(!options.upright, !options.noAngles, options.width, 0);
+  SetFaceDetectionThreshold(std::max(options.threshold - 1, 1), options.threshold, 0);
 }
 
 void measureData(const Options& options, const evaluation::Setting& setting) {
@@ -71,6 +89,7 @@ void run(const Options& options) {
   mutex_params = NewMutex();
   // Whole lines at once also where the output is a file: a run takes minutes.
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+  applySettings(options);
   const auto detector = evaluation::openCascade(options.cascade);
   if (!options.pictures.empty()) std::filesystem::create_directories(options.pictures);
   evaluation::Findings findings(options.csv, options.pictures);

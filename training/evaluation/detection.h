@@ -24,7 +24,7 @@ struct Search {
   double milliseconds = 0;  // of the detection alone
 };
 
-// All faces with the settings of a new process.
+// All faces with the process-wide settings.
 Search detectAll(TIppiFaceDetector& detector, TIppiImage& gray);
 
 }  // namespace evaluation
