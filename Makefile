@@ -11,6 +11,8 @@ test_packages := $(build_packages) libgtest-dev pkg-config python3-numpy
 bench_packages := $(test_packages) libbenchmark-dev
 coverage_packages := $(test_packages) gcovr
 docs_packages := doxygen
+wheel_packages := $(build_packages) python3-pip python3-setuptools python3-wheel
+python_packages := $(wheel_packages) python3-numpy python3-venv mypy
 
 jobs ?= $(shell nproc 2>/dev/null || echo 2)
 prefix ?= /usr/local
@@ -30,7 +32,8 @@ export UBSAN_OPTIONS ?= print_stacktrace=1
 export TSAN_OPTIONS ?= halt_on_error=1
 
 .PHONY: all build demo test bench asan tsan faults coverage format docs install uninstall clean help
-.PHONY: packages-build packages-test packages-bench packages-coverage packages-docs
+.PHONY: packages-build packages-test packages-bench packages-coverage packages-docs packages-wheel packages-python
+.PHONY: wheel python-test
 
 all: build
 
@@ -55,6 +58,8 @@ packages-test: ; $(call install_missing,$(test_packages))
 packages-bench: ; $(call install_missing,$(bench_packages))
 packages-coverage: ; $(call install_missing,$(coverage_packages))
 packages-docs: ; $(call install_missing,$(docs_packages))
+packages-wheel: ; $(call install_missing,$(wheel_packages))
+packages-python: ; $(call install_missing,$(python_packages))
 
 build: packages-build
 	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=OFF -DPORTRAITCUT_BUILD_TRAINING=OFF
@@ -108,6 +113,16 @@ docs: packages-docs
 	{ cat docs/Doxyfile; echo "PROJECT_NUMBER = $(version)"; echo "OUTPUT_DIRECTORY = build/docs"; } | doxygen -
 	@echo "The pages:                       $(abspath build/docs)/html/index.html"
 
+# A Python wheel with a library of its own; see python/CMakeLists.txt.
+wheel: build packages-wheel
+	cmake --build build/release -j $(jobs) --target wheel
+	@mkdir -p $(out)
+	cp build/release/python/wheel/*.whl $(out)
+	@echo "The wheel:                       $$(ls $(abspath $(out))/*.whl)"
+
+python-test: wheel packages-python
+	cmake --build build/release -j $(jobs) --target check_wheel
+
 format: ; git ls-files '*.cpp' '*.hpp' '*.c' '*.h' | xargs clang-format -i
 
 install: build
@@ -119,4 +134,4 @@ uninstall:
 
 clean: ; rm -rf build $(out)
 
-help: ; @echo "make demo | test | bench | asan | tsan | faults | coverage | docs | build | install | uninstall | format | clean"
+help: ; @echo "make demo | test | bench | asan | tsan | faults | coverage | docs | wheel | python-test | build | install | uninstall | format | clean"
