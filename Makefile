@@ -13,12 +13,17 @@ coverage_packages := $(test_packages) gcovr
 docs_packages := doxygen
 wheel_packages := $(build_packages) python3-pip python3-setuptools python3-wheel
 python_packages := $(wheel_packages) python3-numpy python3-venv mypy
+fuzz_packages := $(build_packages) clang-14 libclang-rt-14-dev
 
 jobs ?= $(shell nproc 2>/dev/null || echo 2)
 prefix ?= /usr/local
 DESTDIR ?=
 out := out
 version := $(shell sed -n 's/^project.portraitcut VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+
+# Seconds for each fuzz target, and which of them: make fuzz fuzz_time=1200 fuzz_targets='jpeg png'
+fuzz_time ?= 60
+fuzz_targets ?= jpeg png bmp buffers geometry grid models detect calls
 ctest := ctest --output-on-failure --no-tests=error -j$(jobs)
 
 # Address space randomisation with many bits leaves no room for the shadow of older thread sanitizers.
@@ -31,8 +36,8 @@ export ASAN_OPTIONS ?= detect_leaks=1:allocator_may_return_null=1
 export UBSAN_OPTIONS ?= print_stacktrace=1
 export TSAN_OPTIONS ?= halt_on_error=1
 
-.PHONY: all build demo test bench asan tsan faults coverage format docs install uninstall clean help
-.PHONY: packages-build packages-test packages-bench packages-coverage packages-docs packages-wheel packages-python
+.PHONY: all build demo test bench asan tsan faults coverage fuzz format docs install uninstall clean help
+.PHONY: packages-build packages-test packages-bench packages-coverage packages-fuzz packages-docs packages-wheel packages-python
 .PHONY: wheel python-test
 
 all: build
@@ -60,6 +65,7 @@ packages-coverage: ; $(call install_missing,$(coverage_packages))
 packages-docs: ; $(call install_missing,$(docs_packages))
 packages-wheel: ; $(call install_missing,$(wheel_packages))
 packages-python: ; $(call install_missing,$(python_packages))
+packages-fuzz: ; $(call install_missing,$(fuzz_packages))
 
 build: packages-build
 	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=OFF -DPORTRAITCUT_BUILD_TRAINING=OFF
@@ -123,6 +129,11 @@ wheel: build packages-wheel
 python-test: wheel packages-python
 	cmake --build build/release -j $(jobs) --target check_wheel
 
+fuzz: packages-fuzz
+	cmake --preset fuzz
+	cmake --build --preset fuzz -j $(jobs) --target fuzz
+	tests/fuzz/run.sh build/fuzz $(fuzz_time) $(jobs) $(fuzz_targets)
+
 format: ; git ls-files '*.cpp' '*.hpp' '*.c' '*.h' | xargs clang-format -i
 
 install: build
@@ -134,4 +145,4 @@ uninstall:
 
 clean: ; rm -rf build $(out)
 
-help: ; @echo "make demo | test | bench | asan | tsan | faults | coverage | docs | wheel | python-test | build | install | uninstall | format | clean"
+help: ; @echo "make demo | test | bench | asan | tsan | faults | coverage | fuzz | docs | wheel | python-test | build | install | uninstall | format | clean"

@@ -66,7 +66,8 @@ const TFacePosition& LargestFace(const TFacePosition* faces, int count) {
 // The sum of the squares passes through a float; results are compared to the pixel.
 TFacePosition FaceByEyes(const TFacePosition& face, const TPoint& left, const TPoint& right) {
   const int64_t dx = static_cast<int64_t>(right.x) - left.x;
-  const int64_t dy = static_cast<int64_t>(right.y) - left.y;
+  // Unsigned: the square of a difference of any two ints fits in 64 bits only so.
+  const auto dy = static_cast<uint64_t>(static_cast<int64_t>(right.y) - left.y);
   const float square = static_cast<float>(dx) * static_cast<float>(dx) + static_cast<float>(dy * dy);
   TFacePosition byEyes = face;
   byEyes.xc = static_cast<int>((static_cast<int64_t>(left.x) + right.x) / 2);
