@@ -6,5 +6,5 @@ enum class TFileFormat { unknown, bmp, jpeg, png };
 // By the last letters of the name, in upper or lower case; no dot is needed.
 TFileFormat FileFormatOf(const char* fileName);
 
-// Whether fopen succeeds. "wb" makes the file, or empties it.
+// Whether fopen succeeds. "wbe" makes the file, or empties it.
 bool CanOpenFile(const char* fileName, const char* openMode);

@@ -24,7 +24,7 @@ int32_t loadByFormat(TIppiImage& image, const char* fileName) {
 int32_t loadFile(HImage* handle, const char* fileName, TIppiImageMode mode) {
   return Exported([=] {
     if (fileName == nullptr) return VIZLE_INVALID_ARGUMENT;
-    if (!CanOpenFile(fileName, "rb")) return VIZLE_CANNOT_OPEN_FILE;
+    if (!CanOpenFile(fileName, "rbe")) return VIZLE_CANNOT_OPEN_FILE;
     ippiImgStruct* record = NewImage(handle);
     if (record == nullptr) return VIZLE_INVALID_ARGUMENT;
     record->Image->Mode = mode;

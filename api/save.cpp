@@ -24,7 +24,7 @@ int32_t VIZL_SaveImageToFile_C(HImage image, const char* fileName, ContextID con
   return Exported(
       [=] {
         if (fileName == nullptr) return VIZLE_INVALID_ARGUMENT;
-        if (!CanOpenFile(fileName, "wb")) return VIZLE_CANNOT_CREATE_FILE;
+        if (!CanOpenFile(fileName, "wbe")) return VIZLE_CANNOT_CREATE_FILE;
         ippiImgStruct* record = FindImage(image);
         if (record == nullptr) return VIZLE_INVALID_ARGUMENT;
         return saveByFormat(*record->Image, fileName, context) == 0 ? VIZLE_OK : VIZLE_IMAGE_IO_FAILED;

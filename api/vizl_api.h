@@ -286,7 +286,8 @@ VIZL_API int32_t VIZL_SaveImageToBuffer(HImage image, unsigned char* buffer, VIZ
  * @param[in] image the picture.
  * @param[in] fileName not null. An existing file is emptied before the handle is looked at.
  * @return VIZLE_OK, else VIZLE_INVALID_ARGUMENT (null name; a bad handle, and then an empty file stays),
- * VIZLE_CANNOT_CREATE_FILE, VIZLE_IMAGE_IO_FAILED (a partial or empty file may stay). */
+ * VIZLE_CANNOT_CREATE_FILE, VIZLE_IMAGE_IO_FAILED (an empty file stays; a pipe or a device has got a part). A disk
+ * that has no room for a bitmap is not reported: an empty file stays then too. */
 VIZL_API int32_t VIZL_SaveImageToFile(HImage image, const char* fileName);
 
 /** Like VIZL_SaveImageToFile, but a JPEG file takes the quality of a context.

@@ -39,7 +39,7 @@ class BMP {
   // to a sixteenth.
   bool ReadFromFile(const char* name);
   // Depths 1, 4 and 8 take the nearest palette colour. False when the file can't be created; a disk that
-  // fills up ends the file early without being reported.
+  // fills up is not reported, but leaves an empty file.
   bool WriteToFile(const char* name);
 
  private:

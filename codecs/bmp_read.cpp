@@ -170,7 +170,7 @@ void readRows(std::FILE* file, BMP& bmp, const Masks& masks) {
 }  // namespace
 
 bool BMP::ReadFromFile(const char* name) {
-  const File file = openFile(name, "rb");
+  const File file = openFile(name, "rbe");
   if (file == nullptr) return Fail();
   unsigned char bytes[kBmpHeaderBytes];
   const std::size_t got = std::fread(bytes, 1, sizeof bytes, file.get());

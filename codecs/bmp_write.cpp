@@ -1,4 +1,5 @@
 #include <climits>
+#include <utility>
 #include <vector>
 
 #include "codecs/BMP.h"
@@ -65,7 +66,12 @@ long long headerBytes(int depth) {
   return depth == 16 ? kBmpHeaderBytes + static_cast<long long>(sizeof kMaskBytes) : kBmpHeaderBytes;
 }
 
-void writeHeader(std::FILE* file, const BMP& bmp) {
+bool writeBytes(std::FILE* file, const void* bytes, std::size_t count) {
+  return std::fwrite(bytes, 1, count, file) == count;
+}
+
+// False when the disk takes no more.
+bool writeHeader(std::FILE* file, const BMP& bmp) {
   const long long total = bmpRowBytes(bmp.BitDepth, bmp.Width) * bmp.Height;
   const long long header = headerBytes(bmp.BitDepth);
   BMFH fileHeader;
@@ -81,9 +87,9 @@ void writeHeader(std::FILE* file, const BMP& bmp) {
   if (bmp.YPelsPerMeter != 0) info.biYPelsPerMeter = static_cast<std::uint32_t>(bmp.YPelsPerMeter);
   unsigned char bytes[kBmpHeaderBytes];
   packBmpHeader(fileHeader, info, bytes);
-  std::fwrite(bytes, 1, sizeof bytes, file);
-  if (bmp.BitDepth < 16) std::fwrite(bmp.Colors, sizeof(RGBApixel), 1U << bmp.BitDepth, file);
-  if (bmp.BitDepth == 16) std::fwrite(kMaskBytes, 1, sizeof kMaskBytes, file);
+  if (!writeBytes(file, bytes, sizeof bytes)) return false;
+  if (bmp.BitDepth < 16) return writeBytes(file, bmp.Colors, sizeof(RGBApixel) << bmp.BitDepth);
+  return bmp.BitDepth > 16 || writeBytes(file, kMaskBytes, sizeof kMaskBytes);
 }
 
 // Rows `y` and on, `count` of them, out of the columns.
@@ -91,17 +97,26 @@ void gatherRows(const BMP& bmp, int y, int count, std::vector<RGBApixel>& rows) 
   ippiTranspose_8u_C4R(&bmp.Pixels[0][y].Blue, bmp.Height * 4, &rows[0].Blue, bmp.Width * 4, {count, bmp.Width});
 }
 
+// What the writing of rows takes memory for.
+struct RowBuffers {
+  explicit RowBuffers(const BMP& bmp)
+      : rows(static_cast<std::size_t>(bmp.Width) * kRowsAtOnce),
+        bytes(static_cast<std::size_t>(bmpRowBytes(bmp.BitDepth, bmp.Width))) {}
+
+  std::vector<RGBApixel> rows;
+  std::vector<unsigned char> bytes;  // of one row in the file
+};
+
 // False when the disk takes no more.
-bool writeRows(std::FILE* file, const BMP& bmp) {
+bool writeRows(std::FILE* file, const BMP& bmp, RowBuffers& buffers) {
   const auto width = static_cast<std::size_t>(bmp.Width);
-  std::vector<RGBApixel> rows(width * kRowsAtOnce);
-  std::vector<unsigned char> bytes(static_cast<std::size_t>(bmpRowBytes(bmp.BitDepth, bmp.Width)));
+  auto& [rows, bytes] = buffers;
   for (int y = bmp.Height - 1; y >= 0; --y) {
     const int first = y / kRowsAtOnce * kRowsAtOnce;
     const bool newRows = y == bmp.Height - 1 || y - first == kRowsAtOnce - 1;
     if (newRows) gatherRows(bmp, first, y - first + 1, rows);
     packRow(bmp, &rows[static_cast<std::size_t>(y - first) * width], bytes.data());
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size()) return false;
+    if (!writeBytes(file, bytes.data(), bytes.size())) return false;
   }
   return true;
 }
@@ -109,9 +124,10 @@ bool writeRows(std::FILE* file, const BMP& bmp) {
 }  // namespace
 
 bool BMP::WriteToFile(const char* name) {
-  const File file = openFile(name, "wb");
+  File file = openFile(name, "wbe");
   if (file == nullptr) return false;
-  writeHeader(file.get(), *this);
-  writeRows(file.get(), *this);
+  RowBuffers buffers(*this);
+  const bool whole = writeHeader(file.get(), *this) && writeRows(file.get(), *this, buffers);
+  closeWritten(std::move(file), whole);
   return true;
 }

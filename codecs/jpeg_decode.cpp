@@ -172,10 +172,12 @@ int TIppiImage::LoadFromJpegBuffer(const unsigned char* data, unsigned int size)
 }
 
 int TIppiImage::LoadFromJpegFile(const char* fileName) {
-  const File file = openFile(fileName, "rb");
+  const File file = openFile(fileName, "rbe");
   if (file == nullptr) return -1;
   try {
-    return decode(*this, file.get(), nullptr, 0);
+    const int code = decode(*this, file.get(), nullptr, 0);
+    // libjpeg takes what can't be read for the end of a file cut short, which it carries on with.
+    return code == 0 && std::ferror(file.get()) != 0 ? -1 : code;
   } catch (const std::exception&) {
     return -1;
   }

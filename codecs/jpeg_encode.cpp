@@ -76,11 +76,12 @@ bool JpegEncoder::Write(std::FILE* file, const TIppiImage& image, unsigned char*
 }
 
 bool encode(const TIppiImage& image, const char* fileName, int quality) {
-  File file = openFile(fileName, "wb");
+  File file = openFile(fileName, "wbe");
   if (file == nullptr) return false;
   std::vector<unsigned char> row(static_cast<std::size_t>(image.Width) * 3);
   JpegEncoder encoder;
-  return encoder.Write(file.get(), image, row.data(), quality) && closeWritten(std::move(file));
+  const bool whole = encoder.Write(file.get(), image, row.data(), quality);
+  return closeWritten(std::move(file), whole);
 }
 
 }  // namespace

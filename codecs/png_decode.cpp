@@ -154,7 +154,7 @@ int TIppiImage::LoadFromPngBuffer(const unsigned char* data, unsigned int size) 
 }
 
 int TIppiImage::LoadFromPngFile(const char* fileName) {
-  const File file = openFile(fileName, "rb");
+  const File file = openFile(fileName, "rbe");
   if (file == nullptr) return -1;
   unsigned char signature[kSignatureBytes];
   if (std::fread(signature, 1, kSignatureBytes, file.get()) != kSignatureBytes) return -2;

@@ -90,18 +90,23 @@ bool PngEncoder::End() {
   return true;
 }
 
+int writeStages(PngEncoder& encoder, std::FILE* file, const TIppiImage& image, unsigned char* row) {
+  if (!encoder.Init(file)) return kInitFailed;
+  if (!encoder.WriteHeader(image.Width, image.Height)) return kHeaderFailed;
+  if (!encoder.WriteRows(image, row)) return kPixelsFailed;
+  return encoder.End() ? 0 : kEndFailed;
+}
+
 int encode(const TIppiImage& image, const char* fileName) {
-  File file = openFile(fileName, "wb");
+  File file = openFile(fileName, "wbe");
   if (file == nullptr) return kNoFile;
   std::vector<unsigned char> row(static_cast<std::size_t>(image.Width) * 4, 255);
   PngEncoder encoder;
   if (!encoder.HasWrite()) return kNoWrite;
   if (!encoder.HasInfo()) return kNoInfo;
-  if (!encoder.Init(file.get())) return kInitFailed;
-  if (!encoder.WriteHeader(image.Width, image.Height)) return kHeaderFailed;
-  if (!encoder.WriteRows(image, row.data())) return kPixelsFailed;
-  if (!encoder.End()) return kEndFailed;
-  return closeWritten(std::move(file)) ? 0 : kEndFailed;
+  const int code = writeStages(encoder, file.get(), image, row.data());
+  const bool whole = closeWritten(std::move(file), code == 0);
+  return code == 0 && !whole ? kEndFailed : code;
 }
 
 }  // namespace
