@@ -28,9 +28,6 @@ ctest := ctest --output-on-failure --no-tests=error -j$(jobs)
 
 # Address space randomisation with many bits leaves no room for the shadow of older thread sanitizers.
 tsan_run := $(shell setarch -R true 2>/dev/null && echo setarch -R)
-# The tests that start threads and those of what they share; the others teach the thread sanitizer nothing.
-tsan_programs := test_api
-tsan_tests := Threads|Handles|Contexts|Lifecycle
 
 export ASAN_OPTIONS ?= detect_leaks=1:allocator_may_return_null=1
 export UBSAN_OPTIONS ?= print_stacktrace=1
@@ -97,8 +94,8 @@ asan: packages-test
 
 tsan: packages-test
 	cmake --preset tsan
-	cmake --build --preset tsan -j $(jobs) --target $(tsan_programs)
-	cd build/tsan && $(tsan_run) $(ctest) -R '$(tsan_tests)'
+	cmake --build --preset tsan -j $(jobs) --target thread_tests
+	cd build/tsan && $(tsan_run) $(ctest) -L threads
 
 # Every allocation of every call fails in turn; make test does it for some of them.
 faults: packages-test

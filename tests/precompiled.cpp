@@ -1,0 +1,2 @@
+// Owns the precompiled headers of the test programs.
+int main() { return 0; }
