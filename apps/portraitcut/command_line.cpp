@@ -8,6 +8,7 @@
 #include <map>
 
 #include "batch.h"
+#include "folder_walk.h"
 #include "portrait_size.h"
 
 namespace {
@@ -63,6 +64,10 @@ void addInputOptions(CLI::App* app, InputOptions& input) {
   app->add_option("--files-from", input.listFile, "Take the inputs from the lines of FILE; - is standard input")
       ->type_name("FILE");
   app->add_flag("-0,--null", input.nullSeparated, "The names in that file end in a zero byte, not in a line break");
+  app->add_option("--base", input.base, "Mirror the names of inputs below FOLDER in the output folder")
+      ->type_name("FOLDER");
+  app->add_flag("--stream", input.pictureStream,
+                "Take pictures from JSON lines on standard input: {\"id\": ..., \"image_base64\": \"...\"}");
   app->add_flag("--ignore-orientation", input.ignoreOrientation, "Take pictures as stored, whatever their EXIF says");
 }
 
@@ -82,10 +87,14 @@ void addDetectionOptions(CLI::App* app, DetectionOptions& detection) {
       ->type_name("PIXELS");
 }
 
-void addBatchOptions(CLI::App* app, BatchOptions& batch) {
+void addBatchOptions(CLI::App* app, BatchOptions& batch, OutputOptions& output) {
   app->add_option("-j,--jobs", batch.jobs, "Worker processes; one for each processor unless told otherwise")
       ->check(CLI::Range(1, 1024))
       ->type_name("N");
+  app->add_option("--log", batch.log, "Write a line of JSON for each file as it is done")->type_name("FILE");
+  app->add_flag("--resume", batch.resume, "Go on with the log: pass over what it tells as done");
+  app->add_flag("-f,--force", output.force, "Replace outputs and a log that exist (never an input)");
+  app->add_flag("--quiet", batch.quiet, "No progress and no summary, only failures");
 }
 
 void addReportOptions(CLI::App* app, Options& options) {
@@ -98,14 +107,11 @@ void addReportOptions(CLI::App* app, Options& options) {
 }
 
 void addOutputOptions(CLI::App* app, OutputOptions& output) {
-  app->add_option("-o,--output", output.path, "File or folder to write to; - is standard output")
-      ->required()
-      ->type_name("PATH");
+  app->add_option("-o,--output", output.path, "File or folder to write to; - is standard output")->type_name("PATH");
   addChoice(app, "--format", output.format, kFormats, "Kind of the output; auto goes by its name or the input's");
   app->add_option("-q,--quality", output.quality, "Quality of JPEG files, 0 to 100")
       ->capture_default_str()
       ->check(CLI::Range(0, 100));
-  app->add_flag("-f,--force", output.force, "Replace outputs that exist (never an input)");
 }
 
 void addFrameOptions(CLI::App* app, CutOptions& cut, RawText& raw) {
@@ -184,19 +190,31 @@ void applyFrame(const RawText& raw, Options& options) {
   cut.face = parseFace(raw.face);
 }
 
-void requireSense(const Options& options) {
+void require(bool sensible, const char* name, const char* text) {
+  if (!sensible) throw CLI::ValidationError(name, text);
+}
+
+void requireInputs(const Options& options) {
   const InputOptions& input = options.input;
-  const bool listed = !input.listFile.empty();
-  if (input.paths.empty() != listed) throw CLI::ValidationError("INPUT", "give inputs or --files-from, one of them");
-  if (options.output.path == "-" && (listed || input.paths.size() > 1)) {
-    throw CLI::ValidationError("--output", "standard output takes one picture");
+  const int ways = !input.paths.empty() + !input.listFile.empty() + input.pictureStream;
+  require(ways == 1, "INPUT", "give inputs, --files-from or --stream, one of them");
+  require(!options.batch.resume || !options.batch.log.empty(), "--resume", "needs --log");
+  require(!options.batch.resume || !input.pictureStream, "--resume", "can't be used with --stream");
+}
+
+void requireOutput(const Options& options) {
+  const std::string& path = options.output.path;
+  if (options.input.pictureStream) {
+    require(path.empty(), "--output", "can't be used with --stream: the portraits go to standard output");
+    require(options.report == Report::kJson, "--csv", "can't be used with --stream");
+    return;
   }
-  if (options.output.path == "-" && options.report != Report::kNone) {
-    throw CLI::ValidationError("--output", "standard output can't take a report and a picture");
-  }
-  if (options.output.path == "-" && options.cut.face == 0) {
-    throw CLI::ValidationError("--output", "standard output takes one face");
-  }
+  require(!path.empty(), "--output", "tell where the portraits go");
+  if (path != "-") return;
+  require(options.input.paths.size() == 1 && !isFolder(options.input.paths[0]), "--output",
+          "standard output takes one picture");
+  require(options.report == Report::kNone, "--output", "standard output can't take a report and a picture");
+  require(options.cut.face != 0, "--output", "standard output takes one face");
 }
 
 class Parser {
@@ -215,7 +233,10 @@ class Parser {
     try {
       app_.parse(argc, argv);
       if (options_.command == Command::kCut) applyFrame(raw_, options_);
-      requireSense(options_);
+      const bool isFilter = options_.input.pictureStream || options_.input.listFile == "-";
+      if (isFilter && options_.report == Report::kNone) options_.report = Report::kJson;
+      requireInputs(options_);
+      if (options_.command == Command::kCut) requireOutput(options_);
     } catch (const CLI::ParseError& error) {
       return app_.exit(error, std::cout, std::cerr) == 0 ? kAllDone : kWrongUse;
     }
@@ -227,7 +248,7 @@ class Parser {
     CLI::App* sub = app_.add_subcommand(name, text);
     addInputOptions(sub, options_.input);
     addDetectionOptions(sub, options_.detection);
-    addBatchOptions(sub, options_.batch);
+    addBatchOptions(sub, options_.batch, options_.output);
     addReportOptions(sub, options_);
     sub->parse_complete_callback([this, command] { options_.command = command; });
     return sub;

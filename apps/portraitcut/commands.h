@@ -16,4 +16,7 @@ void runEyes(const Options& options, const Picture& picture, Result& result);
 // Throws nothing: a failure is in the result.
 Result runJob(const Options& options, const Job& job);
 
+// Fills in the name of the input, or the id of a picture in a stream.
+void nameResult(const Options& options, const Job& job, Result& result);
+
 #endif

@@ -25,9 +25,12 @@ Format formatFor(const OutputOptions& options, const std::string& path) {
   return named == Format::kAuto ? Format::kJpeg : named;
 }
 
-void deliver(const Options& options, const std::string& path, const Picture& portrait) {
+void deliver(const Options& options, const Picture& portrait, FaceResult& found) {
+  const std::string& path = found.output;
   const Format format = formatFor(options.output, path);
-  if (path == "-") {
+  if (options.input.pictureStream) {
+    found.portrait = encode(portrait, format);
+  } else if (path == "-") {
     writeDescriptor(STDOUT_FILENO, "standard output", encode(portrait, format));
   } else {
     publishPicture(path, format, portrait, options.output.force);
@@ -38,16 +41,16 @@ void deliver(const Options& options, const std::string& path, const Picture& por
 
 void runCut(const Options& options, const Job& job, const Picture& picture, Result& result) {
   const CutOptions& cut = options.cut;
-  const bool numbered = cut.face == 0;
+  const bool numbered = cut.face == 0 && !job.output.empty();
   size_t number = 0;
   for (const TFacePosition& face : chooseFaces(findFaces(picture, options.detection.minimumFace), cut.face)) {
     ++number;
     FaceResult found;
     found.face = face;
     found.output = numbered ? numberedName(job.output, number) : job.output;
-    if (found.output != "-") refuseExisting(found.output, job.input, options.output.force);
+    if (!found.output.empty() && found.output != "-") refuseExisting(found.output, job.input, options.output.force);
     placePortrait(cut, picture, found);
-    deliver(options, found.output, cutFrame(picture, *found.frame, cut.size, cut.padding, cut.fill));
+    deliver(options, cutFrame(picture, *found.frame, cut.size, cut.padding, cut.fill), found);
     found.points.reset();
     result.faces.push_back(found);
   }

@@ -1,5 +1,7 @@
 #include "encode.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -17,6 +19,16 @@ struct Ending {
 
 constexpr Ending kEndings[] = {{".jpg", Format::kJpeg},  {".jpeg", Format::kJpeg}, {".jpe", Format::kJpeg},
                                {".jfif", Format::kJpeg}, {".png", Format::kPng},   {".bmp", Format::kBmp}};
+
+// The library tells a BMP file as written also when the disk was full.
+bool isWhole(const std::string& path, const Picture& picture) {
+  struct stat status;
+  if (stat(path.c_str(), &status) != 0) return false;
+  const Size size = picture.size();
+  const int64_t header = 54;
+  const int64_t row = (3 * int64_t{size.width} + 3) / 4 * 4;
+  return formatOfName(path) != Format::kBmp || status.st_size == header + row * size.height;
+}
 
 }  // namespace
 
@@ -40,7 +52,7 @@ void saveTo(const std::string& path, const Picture& picture) {
   errno = 0;
   const int32_t code = VIZL_SaveImageToFile(picture.handle(), path.c_str());
   const int error = errno;
-  if (code == VIZLE_OK) return;
+  if (code == VIZLE_OK && isWhole(path, picture)) return;
   // The library tells only that writing failed; what the system said last is mostly why.
   throw Failure(std::string("cannot write the picture") + (error != 0 ? std::string(": ") + std::strerror(error) : ""),
                 code);

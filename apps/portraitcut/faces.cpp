@@ -1,6 +1,7 @@
 #include "faces.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "failure.h"
 
@@ -16,6 +17,20 @@ struct LevelSettings {
 
 // The same as the library's own levels.
 constexpr LevelSettings kLevels[] = {{false, false, 100}, {true, false, 256}, {true, true, 384}};
+
+// Two of the same face lie closer together than two heads can.
+bool samePlace(const TFacePosition& a, const TFacePosition& b) {
+  return std::hypot(a.xc - b.xc, a.yc - b.yc) < 0.4 * std::min(a.w, b.w);
+}
+
+void dropDoubles(std::vector<TFacePosition>& faces) {
+  std::vector<TFacePosition> kept;
+  for (const TFacePosition& face : faces) {
+    const auto isSame = [&](const TFacePosition& other) { return samePlace(face, other); };
+    if (std::none_of(kept.begin(), kept.end(), isSame)) kept.push_back(face);
+  }
+  faces = kept;
+}
 
 }  // namespace
 
@@ -38,6 +53,7 @@ std::vector<TFacePosition> findFaces(const Picture& picture, int minimumFace) {
   std::erase_if(faces, [=](const TFacePosition& face) { return face.w < minimumFace; });
   std::stable_sort(faces.begin(), faces.end(),
                    [](const TFacePosition& a, const TFacePosition& b) { return a.w > b.w; });
+  dropDoubles(faces);
   return faces;
 }
 

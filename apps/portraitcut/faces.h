@@ -11,7 +11,8 @@
 // Sets how this process searches. Throws Failure.
 void applySettings(const DetectionOptions& options, int jpegQuality);
 
-// All faces of at least the asked size, the largest first; none is no failure.
+// All faces of at least the asked size, the largest first; none is no failure. Of two that share a place, as the search
+// sometimes tells one face, the larger stays.
 std::vector<TFacePosition> findFaces(const Picture& picture, int minimumFace);
 
 // One face by its number, all for 0. Throws Failure if there is none.

@@ -9,6 +9,7 @@
 #include "descriptor.h"
 #include "failure.h"
 #include "folder_walk.h"
+#include "protected_inputs.h"
 
 namespace {
 
@@ -25,6 +26,8 @@ std::string mirroredName(const std::string& path, const std::string& base, bool 
   if (relative.empty() || *relative.begin() == ".." || relative == ".") return fileName(path);
   return relative.native();
 }
+
+constexpr size_t kLongestLine = size_t{1} << 30;
 
 class ListedInputs : public InputSource {
  public:
@@ -44,6 +47,9 @@ class ListedInputs : public InputSource {
   }
   bool ended() const override { return given_ == inputs_.size(); }
   std::optional<uint64_t> total() const override { return inputs_.size(); }
+  void protectAll() const override {
+    for (const Input& input : inputs_) protectInput(input.path);
+  }
 
  private:
   std::vector<Input> inputs_;
@@ -81,6 +87,7 @@ class StreamedInputs : public InputSource {
     if (count < 0) failWithErrno("cannot read the list of inputs", errno);
     if (count == 0) closed_ = true;
     bytes_.append(part, static_cast<size_t>(count));
+    if (bytes_.size() > kLongestLine) throw Failure("a line of the input is longer than 1 GiB");
   }
 
  private:

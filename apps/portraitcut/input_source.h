@@ -26,6 +26,8 @@ class InputSource {
   virtual std::optional<uint64_t> total() const { return std::nullopt; }
   // The descriptor whose input next() waits for, -1 if none.
   virtual int descriptor() const { return -1; }
+  // Protects all inputs that are known.
+  virtual void protectAll() const {}
   // Takes in what can be read there.
   virtual void readSome() {}
 };

@@ -49,6 +49,7 @@ Json faceOf(const FaceResult& found) {
     json["frame_as_asked"] = found.asAsked;
   }
   if (!found.output.empty()) putName(json, "output", found.output);
+  if (!found.portrait.empty()) json["portrait_base64"] = toBase64(found.portrait);
   return json;
 }
 
@@ -79,7 +80,11 @@ void putFindings(Json& json, const Result& result) {
 
 Json recordOf(const Result& result) {
   Json json;
-  putName(json, "input", result.input);
+  if (result.id.empty()) {
+    putName(json, "input", result.input);
+  } else {
+    json["id"] = Json::parse(result.id);
+  }
   json["status"] = result.ok ? "ok" : "failed";
   if (result.ok) {
     putFindings(json, result);

@@ -13,6 +13,7 @@
 #include "encode.h"
 #include "failure.h"
 #include "file_bytes.h"
+#include "protected_inputs.h"
 #include "run_token.h"
 
 namespace {
@@ -79,10 +80,9 @@ void refuseExisting(const std::string& path, const std::string& input, bool forc
   }
   if (isStream(output)) return;
   if (S_ISDIR(output.st_mode)) throw Failure(path + " is a folder");
-  if (!input.empty() && stat(input.c_str(), &source) == 0 && source.st_dev == output.st_dev &&
-      source.st_ino == output.st_ino) {
-    throw Failure(path + " is the input itself; inputs are never changed");
-  }
+  const bool isInput =
+      stat(input.c_str(), &source) == 0 && source.st_dev == output.st_dev && source.st_ino == output.st_ino;
+  if (isInput || isProtectedInput(output)) throw Failure(path + " is an input; inputs are never changed");
   if (!force) throw Failure(path + " exists; --force replaces it");
 }
 

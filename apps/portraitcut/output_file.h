@@ -9,8 +9,8 @@
 #include "options.h"
 #include "picture.h"
 
-// Says why `path` can't be an output, by throwing Failure: it exists and `force` is not set, or it is `input` itself
-// (a file name, or empty). A device or a pipe may exist.
+// Says why `path` can't be an output, by throwing Failure: it exists and `force` is not set, or it is the file
+// `input` or a protected one. A device or a pipe may exist.
 void refuseExisting(const std::string& path, const std::string& input, bool force);
 
 // Writes `picture` beside `path` under a name of its own and gives it the name when it is whole. Makes missing folders.

@@ -1,5 +1,8 @@
 #include "output_names.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "encode.h"
 #include "failure.h"
 #include "folder_walk.h"
@@ -22,7 +25,10 @@ bool outputIsFolder(const Options& options) {
   if (path == "-") return false;
   const bool oneFile = options.input.listFile.empty() && options.input.paths.size() == 1 &&
                        (options.input.paths[0] == "-" || !isFolder(options.input.paths[0]));
-  return !oneFile || path.ends_with('/') || formatOfName(path) == Format::kAuto || isFolder(path);
+  if (!oneFile || path.ends_with('/') || isFolder(path)) return true;
+  // A name without a picture's ending is a folder to be made, unless a file or a device has it.
+  std::error_code error;
+  return formatOfName(path) == Format::kAuto && !std::filesystem::exists(path, error);
 }
 
 std::string OutputNames::plainNameFor(const Input& input) const {
@@ -35,7 +41,8 @@ std::string OutputNames::plainNameFor(const Input& input) const {
 std::string OutputNames::nameFor(const Input& input) {
   if (!writesPictures(options_.command) || options_.input.pictureStream) return "";
   std::string name = plainNameFor(input);
-  const auto [place, isNew] = taken_.emplace(name, input.path);
-  if (!isNew) throw Failure(name + " is also the output of " + place->second);
+  const bool listed = options_.input.listFile.empty();
+  const auto [place, isNew] = taken_.emplace(std::hash<std::string>()(name), listed ? input.path : "");
+  if (!isNew) throw Failure(name + " is also the output of " + (listed ? place->second : "an earlier input"));
   return name;
 }

@@ -24,7 +24,8 @@ class OutputNames {
 
   const Options& options_;
   bool isFolder_;
-  std::unordered_map<std::string, std::string> taken_;  // input by output
+  // Hash of each output's name with its input, which is left out where inputs come in a stream without end.
+  std::unordered_map<size_t, std::string> taken_;
 };
 
 #endif

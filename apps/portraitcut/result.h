@@ -35,9 +35,10 @@ struct FaceResult {
   TFacePosition face{};
   std::optional<FacePoints> points;
   std::optional<std::array<TPoint, 2>> eyes;
-  std::optional<Frame> frame;  // of the portrait
-  bool asAsked = true;         // false if the frame had to shrink or move
-  std::string output;          // the portrait's file
+  std::optional<Frame> frame;           // of the portrait
+  bool asAsked = true;                  // false if the frame had to shrink or move
+  std::string output;                   // the portrait's file
+  std::vector<unsigned char> portrait;  // its bytes, where it goes back into a stream
 };
 
 struct Result {
@@ -53,8 +54,7 @@ struct Result {
   bool measured = false;  // faces were looked for
   std::vector<FaceResult> faces;
   std::vector<Measure> measures;
-  std::string output;                 // of a command that writes one picture a file
-  std::vector<unsigned char> pixels;  // file of a streamed portrait
+  std::string output;  // of a command that writes one picture a file
 };
 
 #endif

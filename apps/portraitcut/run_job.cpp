@@ -9,6 +9,7 @@
 #include "file_bytes.h"
 #include "output_file.h"
 #include "stored_coordinates.h"
+#include "stream_line.h"
 
 namespace {
 
@@ -18,9 +19,11 @@ std::vector<unsigned char>& fileBuffer() {
   return buffer;
 }
 
-const std::vector<unsigned char>& readInput(const Job& job) {
+const std::vector<unsigned char>& readInput(const Options& options, const Job& job) {
   std::vector<unsigned char>& bytes = fileBuffer();
-  if (job.input == "-") {
+  if (options.input.pictureStream) {
+    bytes = streamedPicture(job.input);
+  } else if (job.input == "-") {
     readDescriptor(STDIN_FILENO, "standard input", bytes);
   } else {
     readFile(job.input, bytes);
@@ -47,7 +50,7 @@ void work(const Options& options, const Job& job, Result& result) {
   if (oneOutput && !job.output.empty() && job.output != "-") {
     refuseExisting(job.output, job.input, options.output.force);
   }
-  const UprightPicture upright = decodeUpright(readInput(job), options.input.ignoreOrientation);
+  const UprightPicture upright = decodeUpright(readInput(options, job), options.input.ignoreOrientation);
   result.size = upright.picture.size();
   result.orientation = upright.orientation;
   runCommand(options, job, upright.picture, result);
@@ -61,10 +64,18 @@ void fail(Result& result, const std::string& reason, int32_t code) {
 
 }  // namespace
 
+void nameResult(const Options& options, const Job& job, Result& result) {
+  if (options.input.pictureStream) {
+    result.id = streamedId(job.input);
+  } else {
+    result.input = job.input;
+  }
+}
+
 Result runJob(const Options& options, const Job& job) {
   const auto start = std::chrono::steady_clock::now();
   Result result;
-  result.input = job.input;
+  nameResult(options, job, result);
   try {
     work(options, job, result);
     result.ok = true;

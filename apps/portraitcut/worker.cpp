@@ -12,23 +12,28 @@ namespace {
 Reply replyFor(const Options& options, const Result& result) {
   Reply reply;
   reply.ok = result.ok;
+  reply.name = result.id.empty() ? result.input : result.id;
   reply.report = reportText(options, result);
   if (!options.batch.log.empty()) reply.log = logLine(options, result);
   reply.reason = result.reason;
   return reply;
 }
 
-Message toMessage(const Reply& reply) { return {reply.ok ? "1" : "0", reply.report, reply.log, reply.reason}; }
+Message toMessage(const Reply& reply) {
+  return {reply.ok ? "1" : "0", reply.name, reply.report, reply.log, reply.reason};
+}
 
 }  // namespace
 
 Message toMessage(const Job& job) { return {job.input, job.output}; }
 
-Reply toReply(const Message& message) { return {message.at(0) == "1", message.at(1), message.at(2), message.at(3)}; }
+Reply toReply(const Message& message) {
+  return {message.at(0) == "1", message.at(1), message.at(2), message.at(3), message.at(4)};
+}
 
 Reply failedReply(const Options& options, const Job& job, const std::string& reason) {
   Result result;
-  result.input = job.input;
+  nameResult(options, job, result);
   result.reason = reason;
   return replyFor(options, result);
 }

@@ -12,6 +12,7 @@
 // What a worker tells about its file.
 struct Reply {
   bool ok = false;
+  std::string name;    // of the input
   std::string report;  // for standard output
   std::string log;     // line for the log
   std::string reason;  // of a failure

@@ -111,7 +111,7 @@ void WorkerPool::collect(const std::vector<pollfd>& waits, const Done& done) {
     const bool alive = worker->reader.readSome(worker->socket.get());
     if (const std::optional<Message> message = worker->reader.take()) {
       worker->busy = false;
-      done(worker->number, worker->job, toReply(*message));
+      done(worker->number, toReply(*message));
     } else if (!alive) {
       bury(worker, done);
     }
@@ -124,7 +124,7 @@ void WorkerPool::bury(std::list<Worker>::iterator dead, const Done& done) {
   const uint64_t number = dead->number;
   const Job job = std::move(dead->job);
   workers_.erase(dead);
-  done(number, job, failedReply(options_, job, describeDeath(status)));
+  done(number, failedReply(options_, job, describeDeath(status)));
 }
 
 void WorkerPool::removeUnfinished(const Worker& worker) const {

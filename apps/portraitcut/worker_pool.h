@@ -18,8 +18,8 @@
 
 class WorkerPool {
  public:
-  // Told the number of a job, the job and what became of it.
-  using Done = std::function<void(uint64_t, const Job&, const Reply&)>;
+  // Told the number of a job and what became of it.
+  using Done = std::function<void(uint64_t, const Reply&)>;
 
   WorkerPool(const Options& options, size_t workers) : options_(options), most_(workers) {}
   WorkerPool(const WorkerPool&) = delete;
