@@ -10,6 +10,7 @@ build_packages := g++ cmake ninja-build libjpeg-dev libpng-dev zlib1g-dev libcli
 test_packages := $(build_packages) libgtest-dev pkg-config python3-numpy
 bench_packages := $(test_packages) libbenchmark-dev
 coverage_packages := $(test_packages) gcovr
+portability_packages := $(test_packages) clang
 docs_packages := doxygen
 wheel_packages := $(build_packages) python3-pip python3-setuptools python3-wheel
 python_packages := $(wheel_packages) python3-numpy python3-venv mypy
@@ -59,6 +60,7 @@ packages-build: ; $(call install_missing,$(build_packages))
 packages-test: ; $(call install_missing,$(test_packages))
 packages-bench: ; $(call install_missing,$(bench_packages))
 packages-coverage: ; $(call install_missing,$(coverage_packages))
+packages-portability: ; $(call install_missing,$(portability_packages))
 packages-docs: ; $(call install_missing,$(docs_packages))
 packages-wheel: ; $(call install_missing,$(wheel_packages))
 packages-python: ; $(call install_missing,$(python_packages))
@@ -96,6 +98,19 @@ tsan: packages-test
 	cmake --preset tsan
 	cmake --build --preset tsan -j $(jobs) --target thread_tests
 	cd build/tsan && $(tsan_run) $(ctest) -L threads
+
+.PHONY: golden-record portability packages-portability
+# The golden numbers of this build become those that every build is held to.
+golden-record: packages-test
+	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=ON
+	cmake --build --preset release -j $(jobs) --target golden
+	sed -i '/^#/!d' tests/golden/expected.txt
+	build/release/tests/golden/golden tests/data/average_faces.png >> tests/golden/expected.txt
+	git --no-pager diff --stat tests/golden/expected.txt
+
+portability: packages-portability
+	@mkdir -p build/portability
+	tests/golden/portability.sh . build/portability $(jobs)
 
 # Every allocation of every call fails in turn; make test does it for some of them.
 faults: packages-test
