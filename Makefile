@@ -12,6 +12,7 @@ bench_packages := $(test_packages) libbenchmark-dev
 coverage_packages := $(test_packages) gcovr
 portability_packages := $(test_packages) clang
 docs_packages := doxygen
+figures_packages := $(build_packages) python3-numpy python3-pil
 wheel_packages := $(build_packages) python3-pip python3-setuptools python3-wheel
 python_packages := $(wheel_packages) python3-numpy python3-venv mypy
 fuzz_packages := $(build_packages) clang-14 libclang-rt-14-dev
@@ -34,8 +35,8 @@ export ASAN_OPTIONS ?= detect_leaks=1:allocator_may_return_null=1
 export UBSAN_OPTIONS ?= print_stacktrace=1
 export TSAN_OPTIONS ?= halt_on_error=1
 
-.PHONY: all build demo test bench asan tsan faults coverage fuzz format docs install uninstall clean help
-.PHONY: packages-build packages-test packages-bench packages-coverage packages-fuzz packages-docs packages-wheel packages-python
+.PHONY: all build demo test bench asan tsan faults coverage fuzz format docs figures install uninstall clean help
+.PHONY: packages-build packages-test packages-bench packages-coverage packages-fuzz packages-docs packages-figures packages-wheel packages-python
 .PHONY: wheel python-test
 
 all: build
@@ -62,6 +63,7 @@ packages-bench: ; $(call install_missing,$(bench_packages))
 packages-coverage: ; $(call install_missing,$(coverage_packages))
 packages-portability: ; $(call install_missing,$(portability_packages))
 packages-docs: ; $(call install_missing,$(docs_packages))
+packages-figures: ; $(call install_missing,$(figures_packages))
 packages-wheel: ; $(call install_missing,$(wheel_packages))
 packages-python: ; $(call install_missing,$(python_packages))
 packages-fuzz: ; $(call install_missing,$(fuzz_packages))
@@ -125,6 +127,11 @@ coverage: packages-coverage
 	gcovr --root . --filter '(primitives|image|codecs|detect|eyes|features|framing|api)/' build/coverage \
 	  --html-details build/coverage/coverage.html --print-summary
 
+# The pictures of the documents, out of the sample pictures and the library's data.
+figures: build packages-figures
+	docs/figures/tuning.py
+	docs/figures/method.py
+
 # A name without documentation, or a reference to nothing, fails.
 docs: packages-docs
 	@mkdir -p build/docs
@@ -157,4 +164,4 @@ uninstall:
 
 clean: ; rm -rf build $(out)
 
-help: ; @echo "make demo | test | bench | asan | tsan | faults | coverage | fuzz | docs | wheel | python-test | build | install | uninstall | format | clean"
+help: ; @echo "make demo | test | bench | asan | tsan | faults | coverage | fuzz | docs | figures | wheel | python-test | build | install | uninstall | format | clean"
