@@ -11,6 +11,7 @@ test_packages := $(build_packages) libgtest-dev pkg-config python3-numpy
 bench_packages := $(test_packages) libbenchmark-dev
 coverage_packages := $(test_packages) gcovr
 portability_packages := $(test_packages) clang
+valgrind_packages := $(test_packages) valgrind libc6-dbg
 docs_packages := doxygen
 figures_packages := $(build_packages) python3-numpy python3-pil
 wheel_packages := $(build_packages) python3-pip python3-setuptools python3-wheel
@@ -37,7 +38,7 @@ export TSAN_OPTIONS ?= halt_on_error=1
 
 .PHONY: all build demo test bench asan tsan faults coverage fuzz format docs figures install uninstall clean help
 .PHONY: packages-build packages-test packages-bench packages-coverage packages-fuzz packages-docs packages-figures packages-wheel packages-python
-.PHONY: wheel python-test
+.PHONY: wheel python-test valgrind packages-valgrind
 
 all: build
 
@@ -60,6 +61,7 @@ endef
 packages-build: ; $(call install_missing,$(build_packages))
 packages-test: ; $(call install_missing,$(test_packages))
 packages-bench: ; $(call install_missing,$(bench_packages))
+packages-valgrind: ; $(call install_missing,$(valgrind_packages))
 packages-coverage: ; $(call install_missing,$(coverage_packages))
 packages-portability: ; $(call install_missing,$(portability_packages))
 packages-docs: ; $(call install_missing,$(docs_packages))
@@ -120,6 +122,17 @@ faults: packages-test
 	cmake --build --preset release -j $(jobs) --target test_faults
 	PORTRAITCUT_FAULTS=all build/release/tests/faults/test_faults
 
+# A job of nearly everything with a library that is loaded and unloaded twice, at each processor level. No error and no
+# block lost, and nothing is suppressed.
+valgrind: packages-valgrind
+	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=ON
+	cmake --build --preset release -j $(jobs) --target unload_loop
+	for level in base sse41 avx2; do \
+	  PORTRAITCUT_CPU=$$level valgrind -q --error-exitcode=9 --leak-check=full --keep-debuginfo=yes \
+	    --errors-for-leak-kinds=definite,indirect,possible --show-leak-kinds=definite,indirect,possible \
+	    build/release/tests/faults/unload_loop build/release/libportraitcut.so tests/data build 2 whole || exit 1; \
+	done
+
 coverage: packages-coverage
 	cmake --preset coverage
 	cmake --build --preset coverage -j $(jobs)
@@ -164,4 +177,4 @@ uninstall:
 
 clean: ; rm -rf build $(out)
 
-help: ; @echo "make demo | test | bench | asan | tsan | faults | coverage | fuzz | docs | figures | wheel | python-test | build | install | uninstall | format | clean"
+help: ; @echo "make demo | test | bench | asan | tsan | faults | valgrind | coverage | fuzz | docs | figures | wheel | python-test | build | install | uninstall | format | clean"

@@ -8,8 +8,8 @@
 #include "image/lock.h"
 #include "image/never_destroyed.h"
 
-static constinit TNeverDestroyed<std::vector<ippiImgStruct*>> ImagesOfLibrary;
-std::vector<ippiImgStruct*>& Images = ImagesOfLibrary.value;
+static TNeverDestroyed<std::vector<ippiImgStruct*>> ImagesOfLibrary;
+std::vector<ippiImgStruct*>& Images = ImagesOfLibrary.value();
 pthread_mutex_t* mutex_images = nullptr;
 
 namespace {

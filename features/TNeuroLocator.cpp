@@ -24,6 +24,7 @@ TNeuroLocator::TNeuroLocator(const TNeuroData& data)
       EigenRanges(data.EigenRanges),
       Networks(loadNetworks(data.Networks, data.NetworksEnd)),
       Scores(Networks) {
+  LoadMeanGrid40();
   Prepare();
 }
 

@@ -14,8 +14,8 @@ pthread_mutex_t* mutex_params = nullptr;
 namespace {
 
 // Contexts outlive VIZL_Finalize.
-constinit TNeverDestroyed<std::vector<TParamsEntry*>> ParamsOfLibrary;
-std::vector<TParamsEntry*>& Params = ParamsOfLibrary.value;
+TNeverDestroyed<std::vector<TParamsEntry*>> ParamsOfLibrary;
+std::vector<TParamsEntry*>& Params = ParamsOfLibrary.value();
 
 // The caller holds mutex_params.
 TParamsEntry* findEntry(int id) {
