@@ -14,15 +14,23 @@ namespace {
 // Rows asked of libjpeg at a time; it gives one or two of them, as its upsampling goes.
 constexpr int kRowsAtOnce = 16;
 
-// Up to this many pixels a file cut short is decoded as far as it goes. Above, one that can't hold one bit
-// for each block of 8 by 8 is refused, so that a header alone does not cost gigabytes.
+// Up to this many pixels a file cut short is decoded as far as it goes. Above, one that can't hold the least that
+// Huffman codes take is refused, so that a header alone does not cost gigabytes: two bits for each block of 8 by 8, or
+// one in the first scan of a progressive file. Arithmetic coding can do with less, but only for pictures of one colour.
 constexpr long long kTrustedPixels = 1LL << 26;
 
-// Each scan of a progressive file walks over all blocks, however few bytes it has. Encoders write about
-// ten; the bounds keep the visits of a hostile file near 2^28, about two seconds.
-constexpr long long kMaxBlockVisits = 1LL << 28;
-constexpr long long kFewestScansAllowed = 20;
-constexpr long long kMostScansAllowed = 500;
+// Each scan of a progressive file walks over the blocks of its components, however few bytes it has. Encoders write
+// about ten scans, most of one component, which come to five walks over the whole picture. So ten are always allowed,
+// and more until the visits of blocks reach 2^26, some half a second: more than a hundred walks over 12 megapixels.
+constexpr long long kVisitsAllowed = 1LL << 26;
+constexpr long long kWalksAllowed = 10;
+// What a scan costs besides its blocks counts where these are few.
+constexpr int kScansAllowed = 500;
+
+struct JpegProgress {
+  jpeg_progress_mgr base;
+  long long visits;  // of blocks, by all scans so far
+};
 
 // Holds the decoder. Its functions that call into libjpeg are where an error jumps to, so they hold nothing
 // with a destructor.
@@ -41,24 +49,34 @@ class JpegDecoder {
   bool ReadRows(TIppiImage& image);
 
  private:
-  static void CheckScans(j_common_ptr codec);
+  static void CountVisits(j_common_ptr codec);
   void ReadDirect(TIppiImage& image);
   void ReadConverted(TIppiImage& image);
 
   jpeg_decompress_struct info_ = {};
   JpegErrors errors_ = {};
-  jpeg_progress_mgr progress_ = {};
+  JpegProgress progress_ = {};
 };
 
+// Of all components.
 long long blocksOf(const jpeg_decompress_struct& info) {
-  return ((info.image_width + 7LL) / 8) * ((info.image_height + 7LL) / 8);
+  long long blocks = 0;
+  for (int i = 0; i < info.num_components; ++i) {
+    blocks += 1LL * info.comp_info[i].width_in_blocks * info.comp_info[i].height_in_blocks;
+  }
+  return blocks;
 }
 
-void JpegDecoder::CheckScans(j_common_ptr codec) {
+// libjpeg calls it before each row of MCUs, of every scan.
+void JpegDecoder::CountVisits(j_common_ptr codec) {
   const auto* const info = reinterpret_cast<j_decompress_ptr>(codec);
-  const long long visits = blocksOf(*info) * info->num_components;
-  const long long allowed = std::clamp(kMaxBlockVisits / std::max(visits, 1LL), kFewestScansAllowed, kMostScansAllowed);
-  if (info->input_scan_number > allowed) codec->err->error_exit(codec);
+  long long& visits = reinterpret_cast<JpegProgress*>(info->progress)->visits;
+  for (int i = 0; i < info->comps_in_scan; ++i) {
+    const jpeg_component_info& component = *info->cur_comp_info[i];
+    visits += 1LL * component.width_in_blocks * component.v_samp_factor;
+  }
+  const long long allowed = std::max(kVisitsAllowed, kWalksAllowed * blocksOf(*info));
+  if (visits > allowed || info->input_scan_number > kScansAllowed) codec->err->error_exit(codec);
 }
 
 bool JpegDecoder::ReadHeader(std::FILE* file, const unsigned char* data, int size) {
@@ -66,8 +84,8 @@ bool JpegDecoder::ReadHeader(std::FILE* file, const unsigned char* data, int siz
   jpeg_create_decompress(&info_);
   // Coefficients of a progressive file take 16 bits a sample: twice the largest image.
   info_.mem->max_memory_to_use = 2 * kMaxImageBytes;
-  progress_.progress_monitor = CheckScans;
-  info_.progress = &progress_;
+  progress_.base.progress_monitor = CountVisits;
+  info_.progress = &progress_.base;
   if (file != nullptr) {
     jpeg_stdio_src(&info_, file);
   } else {
@@ -80,7 +98,10 @@ bool JpegDecoder::ReadHeader(std::FILE* file, const unsigned char* data, int siz
 
 bool JpegDecoder::Start() {
   if (setjmp(errors_.jump) != 0) return false;
-  return jpeg_start_decompress(&info_) != FALSE;
+  const bool started = jpeg_start_decompress(&info_) != FALSE;
+  // All scans have been read; libjpeg would go on to tell of the rows that it gives out.
+  info_.progress = nullptr;
+  return started;
 }
 
 bool JpegDecoder::ReadRows(TIppiImage& image) {
@@ -115,9 +136,9 @@ void JpegDecoder::ReadConverted(TIppiImage& image) {
 }
 
 bool canBeFilled(const jpeg_decompress_struct& info, long long bytes) {
-  if (bytes == kUnknownBytes || info.arith_code) return true;
+  if (bytes == kUnknownBytes) return true;
   const long long pixels = static_cast<long long>(info.image_width) * info.image_height;
-  return pixels <= kTrustedPixels || blocksOf(info) <= bytes * 8;
+  return pixels <= kTrustedPixels || blocksOf(info) * (info.progressive_mode ? 1 : 2) <= bytes * 8;
 }
 
 // Decoded rows fill these modes; they bring no alpha, and no floats.

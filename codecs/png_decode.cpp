@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdint>
 #include <exception>
 #include <vector>
 
@@ -15,6 +16,9 @@ constexpr int kSignatureBytes = 8;
 constexpr int kRowsAtOnce = 16;
 // Deflate can't give more than this many bytes for one.
 constexpr long long kDeflateRatio = 1032;
+// What a file may bring with its last row besides the row itself, which deflate can't make much longer. libpng would
+// unpack all that follows, a thousand times its bytes, to drop it.
+constexpr std::uint64_t kTailBytes = 1 << 16;
 
 // What each failure is told as; a file and a buffer have their own numbers.
 struct PngCodes {
@@ -49,15 +53,22 @@ class PngDecoder {
   // 1, 3 or 4, or 0 for the layouts that are refused.
   int Channels() const;
 
-  // From a file whose signature has been read, or from a buffer where `file` is null.
+  // From a file whose signature has been read, or from a buffer where `file` is null. The buffer stays in use.
   bool ReadHeader(std::FILE* file, my_png_buffer_* buffer);
   // The next `count` rows; of an interlaced file all rows at once.
   bool ReadRows(unsigned char* first, std::ptrdiff_t step, int count);
 
  private:
+  void LimitTail();
+  bool StoppedInTail() const;
+
   png_structp png_;
   png_infop info_ = nullptr;
   int passes_ = 1;
+  PngFile file_ = {nullptr, UINT64_MAX, false};
+  my_png_buffer_* buffer_ = nullptr;
+  long long rowsLeft_ = 0;  // to be read, those of all passes
+  bool bufferLimited_ = false;
 };
 
 int PngDecoder::Channels() const {
@@ -83,23 +94,47 @@ bool PngDecoder::ReadHeader(std::FILE* file, my_png_buffer_* buffer) {
   png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
 #endif
   if (file != nullptr) {
-    png_init_io(png_, file);
+    file_.file = file;
+    png_set_read_fn(png_, &file_, pngReadFile);
     png_set_sig_bytes(png_, kSignatureBytes);
   } else {
+    buffer_ = buffer;
     png_data_read(png_, buffer);
   }
   png_read_info(png_, info_);
   passes_ = png_set_interlace_handling(png_);
   png_read_update_info(png_, info_);
+  rowsLeft_ = 1LL * passes_ * Height();
   return true;
 }
 
 bool PngDecoder::ReadRows(unsigned char* first, std::ptrdiff_t step, int count) {
-  if (setjmp(png_jmpbuf(png_)) != 0) return false;
+  // Where the limit stops libpng behind the last row, nothing is wrong with the picture.
+  if (setjmp(png_jmpbuf(png_)) != 0) return StoppedInTail();
   for (int pass = 0; pass < passes_; ++pass) {
-    for (int i = 0; i < count; ++i) png_read_row(png_, first + i * step, nullptr);
+    for (int i = 0; i < count; ++i) {
+      if (rowsLeft_ == 1) LimitTail();
+      png_read_row(png_, first + i * step, nullptr);
+      --rowsLeft_;
+    }
   }
   return true;
+}
+
+void PngDecoder::LimitTail() {
+  const std::uint64_t allowed = 2 * png_get_rowbytes(png_, info_) + kTailBytes;
+  file_.left = allowed;
+  if (buffer_ == nullptr || buffer_->size - buffer_->position <= allowed) return;
+  buffer_->size = buffer_->position + allowed;
+  bufferLimited_ = true;
+}
+
+// libpng counts a row before it looks for the end of the packed data.
+bool PngDecoder::StoppedInTail() const {
+  constexpr int kAllPasses = 7;
+  if (!bufferLimited_ && !file_.stopped) return false;
+  if (Interlaced()) return png_get_current_pass_number(png_) == kAllPasses;
+  return png_get_current_row_number(png_) == png_get_image_height(png_, info_);
 }
 
 bool readDirect(PngDecoder& decoder, TIppiImage& image) {
