@@ -17,6 +17,8 @@ figures_packages := $(build_packages) python3-numpy python3-pil
 wheel_packages := $(build_packages) python3-pip python3-setuptools python3-wheel
 python_packages := $(wheel_packages) python3-numpy python3-venv mypy
 fuzz_packages := $(build_packages) clang-14 libclang-rt-14-dev
+deb_packages := $(build_packages) dpkg-dev
+deb_test_packages := $(deb_packages) lintian debootstrap
 
 jobs ?= $(shell nproc 2>/dev/null || echo 2)
 prefix ?= /usr/local
@@ -36,9 +38,10 @@ export ASAN_OPTIONS ?= detect_leaks=1:allocator_may_return_null=1
 export UBSAN_OPTIONS ?= print_stacktrace=1
 export TSAN_OPTIONS ?= halt_on_error=1
 
-.PHONY: all build demo test bench asan tsan faults coverage fuzz format docs figures install uninstall clean help
-.PHONY: packages-build packages-test packages-bench packages-coverage packages-fuzz packages-docs packages-figures packages-wheel packages-python
-.PHONY: wheel python-test valgrind packages-valgrind
+.PHONY: all build demo test bench asan tsan faults valgrind coverage fuzz format docs figures
+.PHONY: wheel python-test deb deb-test install uninstall clean help
+.PHONY: packages-build packages-test packages-bench packages-coverage packages-fuzz packages-docs packages-figures
+.PHONY: packages-valgrind packages-wheel packages-python packages-deb packages-deb-test
 
 all: build
 
@@ -69,6 +72,8 @@ packages-figures: ; $(call install_missing,$(figures_packages))
 packages-wheel: ; $(call install_missing,$(wheel_packages))
 packages-python: ; $(call install_missing,$(python_packages))
 packages-fuzz: ; $(call install_missing,$(fuzz_packages))
+packages-deb: ; $(call install_missing,$(deb_packages))
+packages-deb-test: ; $(call install_missing,$(deb_test_packages))
 
 build: packages-build
 	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=OFF -DPORTRAITCUT_BUILD_TRAINING=OFF
@@ -166,15 +171,35 @@ fuzz: packages-fuzz
 	cmake --build --preset fuzz -j $(jobs) --target fuzz
 	tests/fuzz/run.sh build/fuzz $(fuzz_time) $(jobs) $(fuzz_targets)
 
+# Debian packages, with the flags that Debian builds with. The time of the last commit goes into them.
+deb_flags = DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags --get
+deb: export SOURCE_DATE_EPOCH ?= $(shell git log -1 --format=%ct 2>/dev/null || stat -c %Y CMakeLists.txt)
+deb: packages-deb
+	CFLAGS="$$($(deb_flags) CFLAGS) $$($(deb_flags) CPPFLAGS)" LDFLAGS="$$($(deb_flags) LDFLAGS)" \
+	CXXFLAGS="$$($(deb_flags) CXXFLAGS) $$($(deb_flags) CPPFLAGS)" \
+	cmake -S . -B build/deb -G Ninja -DCMAKE_BUILD_TYPE=Release -DPORTRAITCUT_DEBIAN=ON -DCMAKE_INSTALL_PREFIX=/usr \
+	  -DCMAKE_SKIP_INSTALL_RPATH=ON -DPORTRAITCUT_BUILD_TESTS=OFF -DPORTRAITCUT_BUILD_EXAMPLES=OFF
+	cmake --build build/deb -j $(jobs)
+	rm -rf build/deb/packages
+	cd build/deb && cpack
+	@mkdir -p $(out)
+	cp build/deb/packages/*.deb $(out)
+
+# Lintian's opinion; then installed, used and removed in a fresh Debian system of their own (debootstrap, as root).
+deb-test: deb packages-deb-test
+	lintian --allow-root --fail-on error,warning build/deb/packages/*.deb
+	tests/packages/check_debs.sh build/deb/packages $(version) build/deb/check
+
 format: ; git ls-files '*.cpp' '*.hpp' '*.c' '*.h' | xargs clang-format -i
 
 install: build
-	DESTDIR="$(DESTDIR)" cmake --install build/release --prefix "$(prefix)"
-	cp build/release/install_manifest.txt build/installed_files.txt
+	packaging/install.sh install build/release "$(prefix)" "$(DESTDIR)"
 
-uninstall:
-	sed -e '$$a\' build/installed_files.txt | while read -r file; do rm -f "$(DESTDIR)$$file"; done
+# Takes away all that `make install` with the same prefix and DESTDIR made, folders included.
+uninstall: ; packaging/install.sh uninstall build/release "$(prefix)" "$(DESTDIR)"
 
 clean: ; rm -rf build $(out)
 
-help: ; @echo "make demo | test | bench | asan | tsan | faults | valgrind | coverage | fuzz | docs | figures | wheel | python-test | build | install | uninstall | format | clean"
+help:
+	@echo "make demo | test | asan | tsan | faults | valgrind | fuzz | coverage | bench | docs | figures | format | clean"
+	@echo "     build | install | uninstall | wheel | python-test | deb | deb-test"

@@ -1,0 +1,45 @@
+#!/bin/sh
+# Installs the Debian packages in a clean system of their own, builds against them, and takes them away again.
+#   check_debs.sh FOLDER_WITH_PACKAGES VERSION WORK_FOLDER
+# Needs root, debootstrap and a mirror (MIRROR, by default the first one that apt uses here).
+set -eu
+packages=$1 version=$2 root=$3/root
+source=$(cd "$(dirname "$0")/../.." && pwd)
+mirror=${MIRROR:-$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' | head -n 1)}
+
+[ "$(id -u)" = 0 ] || { echo "check_debs: only root can make a chroot" >&2; exit 1; }
+
+rm -rf "$root" && mkdir -p "$root"
+debootstrap --variant=minbase --include=ca-certificates bookworm "$root" "$mirror" > "$3/debootstrap.log" ||
+  { tail "$3/debootstrap.log" >&2; exit 1; }
+mkdir "$root/debs" "$root/work"
+cp "$packages"/*.deb "$root/debs"
+cp -r "$source/tests/consumer" "$source/examples" "$source/tests/data" "$root/work"
+cp /etc/resolv.conf "$root/etc/" 2> /dev/null || true
+for file in /etc/apt/apt.conf.d/*proxy*; do [ ! -e "$file" ] || cp "$file" "$root/etc/apt/apt.conf.d/"; done
+cat > "$root/work/check" <<'END'
+set -eux
+export DEBIAN_FRONTEND=noninteractive LC_ALL=C
+apt-get update -q
+apt-get install -q -y --no-install-recommends /debs/*.deb > /work/install.log
+dpkg --verify libportraitcut0 libportraitcut-dev
+ldconfig -p | grep -q 'libportraitcut.so.0 .*/usr/lib/'
+apt-get install -q -y --no-install-recommends g++ cmake ninja-build pkg-config >> /work/install.log
+for project in consumer examples; do
+  cmake -G Ninja -S /work/$project -B /work/build-$project > /dev/null
+  cmake --build /work/build-$project > /dev/null
+done
+/work/build-consumer/consumer "$1"
+[ "$(pkg-config --modversion portraitcut)" = "$1" ]
+cc -std=c99 -Wall -Werror /work/consumer/consumer.c -o /work/consumer_pc $(pkg-config --cflags --libs portraitcut)
+/work/consumer_pc "$1"
+/work/build-examples/portrait /work/data/average_faces.png /work/portrait.png 240 320
+[ -s /work/portrait.png ]
+if [ -e /debs/portraitcut_* ]; then portraitcut cut /work/data/average_face_1.jpg -o /work/by_program.jpg; fi
+apt-get purge -q -y '*portraitcut*' >> /work/install.log
+! ldconfig -p | grep portraitcut
+[ -z "$(find /usr /etc /var/lib /bin /lib -name '*portraitcut*')" ]
+END
+chroot "$root" /bin/sh /work/check "$version"
+rm -rf "$root"
+echo "check_debs: installed, used and removed"
