@@ -147,8 +147,8 @@ coverage: packages-coverage
 
 # The pictures of the documents, out of the sample pictures and the library's data.
 figures: build packages-figures
-	docs/figures/tuning.py
-	docs/figures/method.py
+	/usr/bin/python3 docs/figures/tuning.py
+	/usr/bin/python3 docs/figures/method.py
 
 # A name without documentation, or a reference to nothing, fails.
 docs: packages-docs
