@@ -121,6 +121,19 @@ portability: packages-portability
 	@mkdir -p build/portability
 	tests/golden/portability.sh . build/portability $(jobs)
 
+# Eight threads over all functions, for `seconds`; then the same under the thread sanitizer.
+seconds ?= 60
+.PHONY: soak soak-tsan
+soak: packages-test
+	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=ON
+	cmake --build --preset release -j $(jobs) --target soak
+	build/release/tests/soak/soak tests/data/average_faces.png $(seconds)
+
+soak-tsan: packages-test
+	cmake --preset tsan
+	cmake --build --preset tsan -j $(jobs) --target soak
+	$(tsan_run) build/tsan/tests/soak/soak tests/data/average_faces.png $(seconds)
+
 # Every allocation of every call fails in turn; make test does it for some of them.
 faults: packages-test
 	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=ON

@@ -1,5 +1,6 @@
 // golden PICTURE.png          prints what the library works out from the picture
-// golden PICTURE.png FILE     compares it with the lines of a file; ends with 1 and the differences if it isn't the same
+// golden PICTURE.png FILE     compares it with the lines of a file; ends with 1 and the differences if it isn't the
+// same
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>

@@ -65,8 +65,8 @@ void recordPortraits(TRecord& record, HImage image) {
     const std::string name = byEyes ? "portrait by the eyes" : "portrait by the face";
     int32_t x1, y1, x2, y2;
     require(VIZL_GetFacePosition(image, 240, 320, 0.8, 0.05, -0.1, byEyes, &x1, &y1, &x2, &y2), "VIZL_GetFacePosition");
-    record.Add(name + " frame", std::to_string(x1) + " " + std::to_string(y1) + " " + std::to_string(x2) + " " +
-                                    std::to_string(y2));
+    record.Add(name + " frame",
+               std::to_string(x1) + " " + std::to_string(y1) + " " + std::to_string(x2) + " " + std::to_string(y2));
     for (const int width : {60, 240, 900}) {
       const HImage portrait = emptyImage();
       require(VIZL_PortraitCut(image, width, width * 4 / 3, 0.8, 0.05, -0.1, byEyes, portrait), "VIZL_PortraitCut");
