@@ -7,7 +7,7 @@
 
 # The packages of Debian 12 that each kind of work needs; the only place where they are listed.
 build_packages := g++ cmake ninja-build libjpeg-dev libpng-dev zlib1g-dev libcli11-dev nlohmann-json3-dev libexif-dev
-test_packages := $(build_packages) libgtest-dev pkg-config python3-numpy
+test_packages := $(build_packages) libgtest-dev pkg-config abigail-tools python3-numpy
 bench_packages := $(test_packages) libbenchmark-dev
 coverage_packages := $(test_packages) gcovr
 portability_packages := $(test_packages) clang
@@ -133,6 +133,17 @@ soak-tsan: packages-test
 	cmake --preset tsan
 	cmake --build --preset tsan -j $(jobs) --target soak
 	$(tsan_run) build/tsan/tests/soak/soak tests/data/average_faces.png $(seconds)
+
+# The binary interface against tests/abi/portraitcut.abi, as make test does too; and that record made anew.
+.PHONY: abi abi-record reproducible
+abi abi-record: packages-test
+	cmake --preset release -DPORTRAITCUT_BUILD_TESTS=ON
+	cmake --build --preset release -j $(jobs) --target $(if $(filter abi,$@),portraitcut_abi portraitcut,record_abi)
+	$(if $(filter abi,$@),cd build/release && $(ctest) -R 'frame.(abi|exports)',git --no-pager diff --stat tests/abi)
+
+# Two builds of the last commit in different folders, installed, have to be the same to the byte.
+reproducible: packages-build
+	tests/frame/reproducible.sh build/reproducible $(jobs)
 
 # Every allocation of every call fails in turn; make test does it for some of them.
 faults: packages-test
