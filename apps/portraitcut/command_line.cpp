@@ -37,6 +37,8 @@ const std::map<std::string, Format> kFormats = {
 const std::map<std::string, Framing> kFramings = {
     {"face", Framing::kFace}, {"eyes", Framing::kEyes}, {"head", Framing::kHead}};
 
+const std::map<std::string, Standard> kStandards = {{"icao", Standard::kIcao}, {"us", Standard::kUs}};
+
 constexpr const char* kFooter = R"(Examples:
   portraitcut cut photo.jpg -o portrait.jpg
   portraitcut cut photos/ -r -o portraits/ --size 300x400
@@ -184,6 +186,9 @@ void applyFrame(const RawText& raw, Options& options) {
     cut.shiftX = raw.shift[0];
     cut.shiftY = raw.shift[1];
   }
+  if (!std::isfinite(cut.faceScale + cut.shiftX + cut.shiftY)) {
+    throw CLI::ValidationError("--face-scale, --shift", "take finite numbers");
+  }
   const std::optional<Colour> fill = parseColour(raw.fill);
   if (!fill) throw CLI::ValidationError("--fill-colour", raw.fill + " is not six hexadecimal digits");
   cut.fill = *fill;
@@ -205,6 +210,7 @@ void requireInputs(const Options& options) {
 void requireOutput(const Options& options) {
   const std::string& path = options.output.path;
   if (options.input.pictureStream) {
+    require(options.command == Command::kCut, "--stream", "can't be used with annotate");
     require(path.empty(), "--output", "can't be used with --stream: the portraits go to standard output");
     require(options.report == Report::kJson, "--csv", "can't be used with --stream");
     return;
@@ -227,16 +233,20 @@ class Parser {
     addSearch("detect", Command::kDetect, "Tell where faces are");
     addSearch("features", Command::kFeatures, "Tell the forty points of each face");
     addSearch("eyes", Command::kEyes, "Tell the eyes of each face");
+    addAnnotate();
+    addCheck();
   }
 
   std::variant<Options, int> parse(int argc, char** argv) {
     try {
       app_.parse(argc, argv);
-      if (options_.command == Command::kCut) applyFrame(raw_, options_);
+      const bool writes = options_.command == Command::kCut || options_.command == Command::kAnnotate;
+      if (writes) applyFrame(raw_, options_);
       const bool isFilter = options_.input.pictureStream || options_.input.listFile == "-";
       if (isFilter && options_.report == Report::kNone) options_.report = Report::kJson;
+      if (options_.input.pictureStream && options_.report == Report::kText) options_.report = Report::kJson;
       requireInputs(options_);
-      if (options_.command == Command::kCut) requireOutput(options_);
+      if (writes) requireOutput(options_);
     } catch (const CLI::ParseError& error) {
       return app_.exit(error, std::cout, std::cerr) == 0 ? kAllDone : kWrongUse;
     }
@@ -258,6 +268,18 @@ class Parser {
     CLI::App* sub = addCommand("cut", Command::kCut, "Cut portraits out of pictures");
     addOutputOptions(sub, options_.output);
     addFrameOptions(sub, options_.cut, raw_);
+  }
+
+  void addAnnotate() {
+    CLI::App* sub = addCommand("annotate", Command::kAnnotate, "Draw faces, points and the portrait's frame");
+    addOutputOptions(sub, options_.output);
+    addFrameOptions(sub, options_.cut, raw_);
+  }
+
+  void addCheck() {
+    CLI::App* sub = addCommand("check", Command::kCheck, "Measure portraits against the rules of passports");
+    sub->preparse_callback([this](size_t) { options_.report = Report::kText; });
+    addChoice(sub, "--standard", options_.standard, kStandards, "The rules, icao unless told otherwise");
   }
 
   void addSearch(const std::string& name, Command command, const std::string& text) {

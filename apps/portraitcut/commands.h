@@ -11,6 +11,8 @@ void runCut(const Options& options, const Job& job, const Picture& picture, Resu
 void runDetect(const Options& options, const Picture& picture, Result& result);
 void runFeatures(const Options& options, const Picture& picture, Result& result);
 void runEyes(const Options& options, const Picture& picture, Result& result);
+void runAnnotate(const Options& options, const Job& job, const Picture& picture, Result& result);
+void runCheck(const Options& options, const Picture& picture, Result& result);
 
 // Opens and decodes the input, runs the command of the options, and tells the result in the wanted coordinates.
 // Throws nothing: a failure is in the result.

@@ -1,3 +1,4 @@
+#include <cmath>
 #include <cstdio>
 
 #include "point_names.h"
@@ -16,6 +17,7 @@ std::string quoted(const std::string& text) {
 }
 
 std::string number(double value) {
+  if (std::isinf(value)) return "";
   char text[40];
   std::snprintf(text, sizeof text, "%.6g", value);
   return text;
@@ -71,7 +73,7 @@ std::string csvHeader(Command command) {
     case Command::kFeatures:
       return "input,face,point,name,x,y,confidence\n";
     case Command::kEyes:
-      return "input,face,left_eye_x,left_eye_y,right_eye_x,right_eye_y\n";
+      return "input,face,eye_left_x,eye_left_y,eye_right_x,eye_right_y\n";
     case Command::kCut:
       return "input,face,xc,yc,w,angle,x1,y1,x2,y2,output\n";
     case Command::kCheck:
@@ -83,7 +85,7 @@ std::string csvHeader(Command command) {
 
 std::string csvRows(Command command, const Result& result) {
   std::string text;
-  if (!result.ok) return text;
+  if (!result.ok || command == Command::kAnnotate) return text;
   if (command == Command::kCheck) {
     for (const Measure& measure : result.measures) {
       text += row(result.input, measure.name, measure.value, measure.unit, measure.lowest, measure.highest,

@@ -1,11 +1,9 @@
-#include <unistd.h>
-
 #include "commands.h"
 #include "cut_frame.h"
+#include "deliver.h"
+#include "density.h"
 #include "encode.h"
 #include "faces.h"
-#include "failure.h"
-#include "file_bytes.h"
 #include "output_file.h"
 #include "place_portrait.h"
 
@@ -20,20 +18,12 @@ std::string numberedName(const std::string& path, size_t number) {
   return path.substr(0, end) + "-" + std::to_string(number) + path.substr(end);
 }
 
-Format formatFor(const OutputOptions& options, const std::string& path) {
-  const Format named = options.format == Format::kAuto ? formatOfName(path) : options.format;
-  return named == Format::kAuto ? Format::kJpeg : named;
-}
-
-void deliver(const Options& options, const Picture& portrait, FaceResult& found) {
-  const std::string& path = found.output;
-  const Format format = formatFor(options.output, path);
+void deliverPortrait(const Options& options, const Picture& portrait, FaceResult& found) {
   if (options.input.pictureStream) {
-    found.portrait = encode(portrait, format);
-  } else if (path == "-") {
-    writeDescriptor(STDOUT_FILENO, "standard output", encode(portrait, format));
+    const Format format = formatFor(options.output, "");
+    found.portrait = withDensity(encode(portrait, format), options.cut.dotsPerInch);
   } else {
-    publishPicture(path, format, portrait, options.output.force);
+    deliver(options, found.output, portrait);
   }
 }
 
@@ -50,9 +40,8 @@ void runCut(const Options& options, const Job& job, const Picture& picture, Resu
     found.output = numbered ? numberedName(job.output, number) : job.output;
     if (!found.output.empty() && found.output != "-") refuseExisting(found.output, job.input, options.output.force);
     placePortrait(cut, picture, found);
-    deliver(options, cutFrame(picture, *found.frame, cut.size, cut.padding, cut.fill), found);
+    deliverPortrait(options, cutFrame(picture, *found.frame, cut.size, cut.padding, cut.fill), found);
     found.points.reset();
     result.faces.push_back(found);
   }
-  result.measured = true;
 }

@@ -23,7 +23,7 @@ HeadMeasure measureHead(const FacePoints& found) {
   HeadMeasure head{};
   head.eyes = {0.5 * (points[kLeftEye].x + points[kRightEye].x), 0.5 * (points[kLeftEye].y + points[kRightEye].y)};
   head.eyeDistance = distance(points[kLeftEye], points[kRightEye]);
-  head.tilt = -std::atan2(points[kRightEye].y - points[kLeftEye].y, points[kRightEye].x - points[kLeftEye].x) * 180.0 /
+  head.tilt = std::atan2(points[kLeftEye].y - points[kRightEye].y, points[kRightEye].x - points[kLeftEye].x) * 180.0 /
               std::acos(-1.0);
   head.chinDistance = std::hypot(points[kChin].x - head.eyes.x, points[kChin].y - head.eyes.y);
   head.height = kHeightByChinDistance * head.chinDistance;

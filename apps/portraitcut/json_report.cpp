@@ -74,7 +74,10 @@ void putFindings(Json& json, const Result& result) {
   json["coordinates"] = result.storedCoordinates ? "stored" : "upright";
   json["faces"] = Json::array();
   for (const FaceResult& found : result.faces) json["faces"].push_back(faceOf(found));
-  if (!result.measures.empty()) json["measures"] = measuresOf(result.measures);
+  if (!result.measures.empty()) {
+    json["passed"] = result.passes();
+    json["measures"] = measuresOf(result.measures);
+  }
   if (!result.output.empty()) putName(json, "output", result.output);
 }
 

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "density.h"
 #include "descriptor.h"
 #include "encode.h"
 #include "failure.h"
@@ -62,11 +63,18 @@ void giveName(const std::string& from, const std::string& to, bool force) {
   failWithErrno("cannot name the output " + to, errno);
 }
 
-void writeToStream(const std::string& path, Format format, const Picture& picture) {
-  const std::vector<unsigned char> bytes = encode(picture, format);
+void writeToStream(const std::string& path, const std::vector<unsigned char>& bytes) {
   const Descriptor stream(open(path.c_str(), O_WRONLY | O_CLOEXEC));
   if (!stream) failWithErrno("cannot open " + path, errno);
   writeDescriptor(stream.get(), path, bytes);
+}
+
+void addDensity(const std::string& name, double dotsPerInch) {
+  std::vector<unsigned char> bytes;
+  readFile(name, bytes);
+  const Descriptor file(open(name.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC));
+  if (!file) failWithErrno("cannot write the picture", errno);
+  writeDescriptor(file.get(), "the picture", withDensity(std::move(bytes), dotsPerInch));
 }
 
 }  // namespace
@@ -90,14 +98,17 @@ std::string unfinishedName(const std::string& path, Format format, pid_t process
   return folderOf(path) + ".portraitcut-" + runToken() + "-" + std::to_string(process) + endingOf(format);
 }
 
-void publishPicture(const std::string& path, Format format, const Picture& picture, bool force) {
+void publishPicture(const std::string& path, Format format, const Picture& picture, double dotsPerInch, bool force) {
   struct stat status;
-  if (stat(path.c_str(), &status) == 0 && isStream(status)) return writeToStream(path, format, picture);
+  if (stat(path.c_str(), &status) == 0 && isStream(status)) {
+    return writeToStream(path, withDensity(encode(picture, format), dotsPerInch));
+  }
   makeFolder(path);
   const std::string unfinished = unfinishedName(path, format, getpid());
   claim(unfinished);
   try {
     saveTo(unfinished, picture);
+    if (dotsPerInch > 0) addDensity(unfinished, dotsPerInch);
     giveName(unfinished, path, force);
   } catch (...) {
     unlink(unfinished.c_str());

@@ -14,8 +14,9 @@
 void refuseExisting(const std::string& path, const std::string& input, bool force);
 
 // Writes `picture` beside `path` under a name of its own and gives it the name when it is whole. Makes missing folders.
-// Without `force` an existing file is never replaced, even one that appeared meanwhile.
-void publishPicture(const std::string& path, Format format, const Picture& picture, bool force);
+// Without `force` an existing file is never replaced, even one that appeared meanwhile. `dotsPerInch` goes into the
+// file, unless it is 0.
+void publishPicture(const std::string& path, Format format, const Picture& picture, double dotsPerInch, bool force);
 
 // The name beside `path` under which a process writes meanwhile; to be removed if it dies.
 std::string unfinishedName(const std::string& path, Format format, pid_t process);

@@ -6,6 +6,8 @@ std::string reportText(const Options& options, const Result& result) {
       return jsonLine(result);
     case Report::kCsv:
       return csvRows(options.command, result);
+    case Report::kText:
+      return checkText(result);
     default:
       return "";
   }

@@ -16,6 +16,9 @@ std::string logLine(const Options& options, const Result& result);
 std::string csvHeader(Command command);
 std::string csvRows(Command command, const Result& result);
 
+// A few lines about a portrait that was checked.
+std::string checkText(const Result& result);
+
 // The text of a result in the wanted form; empty for kNone.
 std::string reportText(const Options& options, const Result& result);
 

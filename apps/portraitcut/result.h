@@ -4,6 +4,7 @@
 
 #include <vizl_api.h>
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string>
@@ -51,10 +52,14 @@ struct Result {
   Size size;  // of the picture in which the coordinates are
   Orientation orientation;
   bool storedCoordinates = false;
-  bool measured = false;  // faces were looked for
+
   std::vector<FaceResult> faces;
   std::vector<Measure> measures;
   std::string output;  // of a command that writes one picture a file
+
+  bool passes() const {
+    return std::all_of(measures.begin(), measures.end(), [](const Measure& measure) { return measure.passes(); });
+  }
 };
 
 #endif

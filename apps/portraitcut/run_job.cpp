@@ -39,6 +39,10 @@ void runCommand(const Options& options, const Job& job, const Picture& picture, 
       return runFeatures(options, picture, result);
     case Command::kEyes:
       return runEyes(options, picture, result);
+    case Command::kAnnotate:
+      return runAnnotate(options, job, picture, result);
+    case Command::kCheck:
+      return runCheck(options, picture, result);
     default:
       return runDetect(options, picture, result);
   }

@@ -6,7 +6,6 @@ void runDetect(const Options& options, const Picture& picture, Result& result) {
   for (const TFacePosition& face : findFaces(picture, options.detection.minimumFace)) {
     result.faces.emplace_back().face = face;
   }
-  result.measured = true;
 }
 
 void runFeatures(const Options& options, const Picture& picture, Result& result) {

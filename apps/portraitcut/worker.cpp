@@ -9,13 +9,21 @@
 
 namespace {
 
+std::string failedMeasures(const Result& result) {
+  std::string names;
+  for (const Measure& measure : result.measures) {
+    if (!measure.passes()) names += (names.empty() ? "" : ", ") + measure.name;
+  }
+  return "does not pass: " + names;
+}
+
 Reply replyFor(const Options& options, const Result& result) {
   Reply reply;
-  reply.ok = result.ok;
+  reply.ok = result.ok && result.passes();
   reply.name = result.id.empty() ? result.input : result.id;
   reply.report = reportText(options, result);
   if (!options.batch.log.empty()) reply.log = logLine(options, result);
-  reply.reason = result.reason;
+  reply.reason = result.ok ? failedMeasures(result) : result.reason;
   return reply;
 }
 
