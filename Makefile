@@ -83,9 +83,11 @@ demo: build
 	@mkdir -p $(out)
 	build/release/examples/cut_portrait tests/data/average_faces.png $(out)/portrait.jpg 240 320 0.8
 	build/release/examples/annotate tests/data/average_faces.png $(out)/annotated.png 240 320 0.8
+	build/release/apps/portraitcut/portraitcut cut tests/data -o $(out)/portraits --face all --size 240x320 --force
 	@echo
 	@echo "The portrait:                    $(abspath $(out))/portrait.jpg"
 	@echo "Faces, points and cut:           $(abspath $(out))/annotated.png"
+	@echo "All faces of all test pictures:  $(abspath $(out))/portraits"
 
 # The training programs are built too: they use the library's inner parts, and a change of those must not break them.
 test: packages-test
