@@ -29,8 +29,8 @@
  * @par Threads
  * Any number of threads may call the library at once, with three exceptions. VIZL_Initialize and
  * VIZL_Finalize must not run at the same time as any other call. A handle must not be freed, filled or used
- * as the destination of an operation while another call works on it. A context must not be freed while a
- * call uses it. Detections on one handle may run at once. "Threads" below says more where there is more.
+ * as the destination of an operation while another call works on it. A context must not be set or freed while
+ * another call uses it. Detections on one handle may run at once. "Threads" below says more where there is more.
  *
  * @par Contexts
  * A function with the ending _C takes a context, a set of settings of its own (see VIZL_CreateContext_ID);
