@@ -23,7 +23,7 @@ export DEBIAN_FRONTEND=noninteractive LC_ALL=C
 apt-get update -q
 apt-get install -q -y --no-install-recommends /debs/*.deb > /work/install.log
 dpkg --verify libportraitcut0 libportraitcut-dev
-ldconfig -p | grep -q 'libportraitcut.so.0 .*/usr/lib/'
+ldconfig -p | grep -q 'libportraitcut.so.0 '
 apt-get install -q -y --no-install-recommends g++ cmake ninja-build pkg-config >> /work/install.log
 for project in consumer examples; do
   cmake -G Ninja -S /work/$project -B /work/build-$project > /dev/null
