@@ -7,7 +7,7 @@
 
 # The packages of Debian 12 that each kind of work needs; the only place where they are listed.
 build_packages := g++ cmake ninja-build libjpeg-dev libpng-dev zlib1g-dev libcli11-dev nlohmann-json3-dev libexif-dev
-test_packages := $(build_packages) libgtest-dev pkg-config abigail-tools python3-numpy
+test_packages := $(build_packages) libgtest-dev pkg-config abigail-tools python3-numpy parallel
 bench_packages := $(test_packages) libbenchmark-dev
 coverage_packages := $(test_packages) gcovr
 portability_packages := $(test_packages) clang
@@ -16,6 +16,7 @@ docs_packages := doxygen
 figures_packages := $(build_packages) python3-numpy python3-pil
 wheel_packages := $(build_packages) python3-pip python3-setuptools python3-wheel
 python_packages := $(wheel_packages) python3-numpy python3-venv mypy
+scale_packages := $(build_packages) parallel openssh-server openssh-client iproute2
 fuzz_packages := $(build_packages) clang-14 libclang-rt-14-dev
 deb_packages := $(build_packages) dpkg-dev
 deb_test_packages := $(deb_packages) lintian debootstrap
@@ -71,6 +72,7 @@ packages-docs: ; $(call install_missing,$(docs_packages))
 packages-figures: ; $(call install_missing,$(figures_packages))
 packages-wheel: ; $(call install_missing,$(wheel_packages))
 packages-python: ; $(call install_missing,$(python_packages))
+packages-scale: ; $(call install_missing,$(scale_packages))
 packages-fuzz: ; $(call install_missing,$(fuzz_packages))
 packages-deb: ; $(call install_missing,$(deb_packages))
 packages-deb-test: ; $(call install_missing,$(deb_test_packages))
@@ -192,6 +194,11 @@ wheel: build packages-wheel
 python-test: wheel packages-python
 	cmake --build build/release -j $(jobs) --target check_wheel
 
+# Work spread over two hosts by real ssh, one of which dies; see docs/scale.md. As root.
+.PHONY: scale-hosts packages-scale
+scale-hosts: build packages-scale
+	tests/apps/scale_hosts.sh build/release/apps/portraitcut/portraitcut tests/data/average_face_1.jpg 200
+
 fuzz: packages-fuzz
 	cmake --preset fuzz
 	cmake --build --preset fuzz -j $(jobs) --target fuzz
@@ -227,5 +234,5 @@ uninstall: ; packaging/install.sh uninstall build/release "$(prefix)" "$(DESTDIR
 clean: ; rm -rf build $(out)
 
 help:
-	@echo "make demo | test | asan | tsan | faults | valgrind | fuzz | coverage | bench | docs | figures | format | clean"
+	@echo "make demo | test | asan | tsan | faults | valgrind | fuzz | scale-hosts | coverage | bench | docs | figures | format | clean"
 	@echo "     build | install | uninstall | wheel | python-test | deb | deb-test"
