@@ -8,8 +8,9 @@ namespace {
 
 bool haveAlpha(const TIppiImage& a, const TIppiImage& b) { return a.Mode == imRGBA32 && b.Mode == imRGBA32; }
 
-// Whether the corners of the covered area can be told; where they can't, the overlay lies far outside.
+// Whether there is a covered area and its corners can be told; where they can't, the overlay lies far outside.
 bool isNear(const TIppiImage& overlay, int32_t x, int32_t y) {
+  if (overlay.Width < 1 || overlay.Height < 1) return false;
   return x <= INT_MAX - overlay.Width && y <= INT_MAX - overlay.Height;
 }
 

@@ -140,8 +140,10 @@ TEST_F(Overlay, OfNoPixelsChangesNothing) {
   const TPicture ground = RandomPicture(12, 11, 4, 5);
   const HImage none = EmptyImage(), back = ImageOf(ground), result = EmptyImage();
   ASSERT_EQ(VIZL_CopyRect(back, 5, 5, 4, 4, none), VIZLE_OK);
-  ASSERT_EQ(VIZL_PutImageAdjustColors(none, 2, 2, back, result), VIZLE_OK);
-  EXPECT_TRUE(PictureOf(result, 4) == ground);
+  for (const int place : {2, INT_MIN, INT_MAX}) {
+    ASSERT_EQ(VIZL_PutImageAdjustColors(none, place, place, back, result), VIZLE_OK);
+    EXPECT_TRUE(PictureOf(result, 4) == ground);
+  }
   ASSERT_EQ(VIZL_PutImageAdjustColors(back, 2, 2, none, result), VIZLE_OK);
   EXPECT_EQ(WidthOf(result), 0);
 }
