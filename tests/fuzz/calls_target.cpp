@@ -294,7 +294,7 @@ std::int32_t Player::Extract() {
 
 std::int32_t Player::Resources() {
   static constexpr const char* kNames[] = {"CDATA", "EYESVM", "EYESVM2", "MW", "", "cdata", nullptr};
-  const unsigned which = in_.Byte() % std::size(kNames);
+  const std::size_t which = in_.Byte() % std::size(kNames);
   require((VIZL_resData(kNames[which]) != nullptr) == (which < 4), "the four resources");
   require((VIZL_resType(kNames[which]) != nullptr) == (which < 4), "the four resources have types");
   return VIZLE_OK;

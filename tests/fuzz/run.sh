@@ -11,7 +11,7 @@ fuzz_one() {
   local target=$1 corpus=$build/corpus/$1 seeds=$build/seeds/$1 log=$build/fuzz_$1.log
   mkdir -p "$corpus" "$build/findings" "$here/corpus/$target"
   "$build/tests/fuzz/write_seeds" "$target" "$seeds"
-  local options=(-max_total_time="$seconds" -max_len=4096 -timeout=120 -rss_limit_mb=2600 -print_final_stats=1
+  local options=(-max_total_time="$seconds" -max_len=5000 -timeout=120 -rss_limit_mb=2600 -print_final_stats=1
     -artifact_prefix="$build/findings/$target-")
   [ ! -e "$here/dictionaries/$target.dict" ] || options+=(-dict="$here/dictionaries/$target.dict")
   local result=held

@@ -57,5 +57,6 @@ Seeds seedsOf(const std::string& target) {
   if (target == "png") return pngSeeds();
   if (target == "bmp") return bmpSeeds();
   if (target == "grid") return gridSeeds();
+  if (target == "detect") return detectSeeds();
   return choiceSeeds(target);
 }

@@ -17,6 +17,7 @@ Seeds jpegSeeds();
 Seeds pngSeeds();
 Seeds bmpSeeds();
 Seeds gridSeeds();
+Seeds detectSeeds();
 // For targets that read their input as choices: bytes of no meaning, of several lengths.
 Seeds choiceSeeds(const std::string& target);
 
