@@ -10,7 +10,7 @@ class Orientation(ProgramTest):
 
     def setUp(self):
         super().setUp()
-        self.run_program("cut", FACE, "-o", "upright.bmp", "--size", "150x181", "--face-scale", "0.8")
+        self.run_program("cut", *QUICK, FACE, "-o", "upright.bmp", "--size", "150x181", "--face-scale", "0.8")
         self.upright = bmp_rows((self.folder / "upright.bmp").read_bytes())
 
     def write_all(self):
@@ -21,15 +21,15 @@ class Orientation(ProgramTest):
     def test_all_give_the_same_portrait(self):
         self.write_all()
         names = [f"{value}.png" for value in range(1, 9)]
-        self.run_program("cut", *names, "-o", "out/", "--size", "60x80", "--format", "bmp")
+        self.run_program("cut", *QUICK, *names, "-o", "out/", "--size", "60x80", "--format", "bmp")
         portraits = {(self.folder / "out" / f"{value}.bmp").read_bytes() for value in range(1, 9)}
         self.assertEqual(len(portraits), 1)
 
     def test_stored_coordinates_point_at_the_same_pixels(self):
         self.write_all()
         names = [f"{value}.png" for value in range(1, 9)]
-        upright = self.records("features", *names)
-        stored = self.records("features", "--stored-coordinates", *names)
+        upright = self.records("eyes", *QUICK, *names)
+        stored = self.records("eyes", *QUICK, "--stored-coordinates", *names)
         for value, (want, got) in enumerate(zip(upright, stored), start=1):
             self.assertEqual(got["orientation"], value)
             # Each pixel carries its own place through the same turn as the picture.
@@ -38,8 +38,21 @@ class Orientation(ProgramTest):
             self.assertEqual((got["width"], got["height"]), (len(places[0]), len(places)))
             face, there = want["faces"][0], got["faces"][0]
             self.assertEqual(places[there["yc"]][there["xc"]], (face["xc"], face["yc"]))
-            for point, stored_point in zip(face["points"], there["points"]):
-                self.assertEqual(places[stored_point["y"]][stored_point["x"]], (point["x"], point["y"]))
+            for eye, stored_eye in zip(face["eyes"], there["eyes"]):
+                self.assertEqual(places[stored_eye["y"]][stored_eye["x"]], (eye["x"], eye["y"]))
+
+    def test_points_and_frame_in_stored_coordinates(self):
+        self.write_all()
+        up, lying = (self.records("features", *QUICK, *option, "6.png")[0]
+                     for option in ([], ["--stored-coordinates"]))
+        for point, stored in zip(up["faces"][0]["points"], lying["faces"][0]["points"]):
+            self.assertEqual((stored["x"], stored["y"]), (point["y"], up["width"] - 1 - point["x"]))
+        cut = ["cut", *QUICK, "6.png", "--size", "20x30", "--json", "-o"]
+        frame = self.records(*cut, "up.png")[0]["faces"][0]["frame"]
+        lying = self.records(*cut, "lying.png", "--stored-coordinates")[0]["faces"][0]["frame"]
+        self.assertEqual(lying, {"x1": frame["y1"], "y1": up["width"] - 1 - frame["x2"], "x2": frame["y2"],
+                                 "y2": up["width"] - 1 - frame["x1"]})
+        self.assertEqual((self.folder / "up.png").read_bytes(), (self.folder / "lying.png").read_bytes())
 
     def test_angle_in_stored_coordinates(self):
         self.write_all()
