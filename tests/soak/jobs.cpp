@@ -69,7 +69,7 @@ void geometry(const TWorld& world, int, TOutcome& outcome) {
   outcome.Add(VIZL_RotateImage(image, 17, image));
   outcome.Add(VIZL_RotateImageCenter(image, -50, 20, 30, image));
   outcome.AddImage(image);
-  outcome.Add(VIZL_CopyRect(world.picture, -9, 20, 200, 180, image));
+  outcome.Add(VIZL_CopyRect(world.picture, -9, 20, 120, 100, image));
   outcome.AddImageAndFree(image);
 }
 
