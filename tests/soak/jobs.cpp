@@ -81,8 +81,8 @@ void overlay(const TWorld& world, int, TOutcome& outcome) {
 
 // The process-wide values as they are: storing them anew changes no result.
 void settings(const TWorld&, int, TOutcome& outcome) {
-  outcome.Add(pcSetDetectionPerformance(PcPerformanceBalanced));
-  outcome.Add(VIZL_SetFaceDetectionParameters(true, false, 256));
+  outcome.Add(pcSetDetectionPerformance(PcPerformanceFast));
+  outcome.Add(VIZL_SetFaceDetectionParameters(false, false, 100));
   outcome.Add(VIZL_SetFaceDetectionThreshold(3));
   outcome.Add(pcSetDetectionThreshold(3));
   outcome.Add(VIZL_SetJpegCompressionQuality(90));
@@ -125,7 +125,7 @@ void frame(const TWorld& world, int, TOutcome& outcome) {
 void contexts(const TWorld& world, int thread, TOutcome& outcome) {
   ContextID context = 0;
   outcome.Add(VIZL_CreateContext_ID(&context));
-  outcome.Add(VIZL_SetFaceDetectionParameters_C(false, false, 200, context));
+  outcome.Add(VIZL_SetFaceDetectionParameters_C(true, true, 100, context));
   outcome.Add(VIZL_SetFaceDetectionThreshold_C(2, context));
   void* const own = std::malloc(8);
   void* stored = nullptr;
