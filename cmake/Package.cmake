@@ -6,7 +6,7 @@ if(NOT PORTRAITCUT_DEBIAN)
 endif()
 
 set(deb_release 1)
-set(deb_maintainer "libportraitcut developers <maintainers@users.noreply.c-seed-2f00bb64.example>")
+set(deb_maintainer "libportraitcut developers <maintainers@libportraitcut.example>")
 # SOURCE_DATE_EPOCH, if set, makes two builds of one commit the same.
 string(TIMESTAMP deb_date "%a, %d %b %Y %H:%M:%S +0000" UTC)
 
