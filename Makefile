@@ -235,4 +235,5 @@ clean: ; rm -rf build $(out)
 
 help:
 	@echo "make demo | test | asan | tsan | faults | valgrind | fuzz | scale-hosts | coverage | bench | docs | figures | format | clean"
+	@echo "     soak | soak-tsan | portability | golden-record | abi | abi-record | reproducible"
 	@echo "     build | install | uninstall | wheel | python-test | deb | deb-test"

@@ -3,11 +3,12 @@
 # all that gets installed byte by byte.
 set -euo pipefail
 work=$(realpath -m "$1") jobs=${2:-2}
+commit=$(git rev-parse HEAD)
 rm -rf "$work"
 
 for folder in a another/folder; do
   mkdir -p "$work/$folder/source"
-  git archive HEAD | tar -x -C "$work/$folder/source"
+  git archive "$commit" | tar -x -C "$work/$folder/source"
   cmake -S "$work/$folder/source" -B "$work/$folder/build" -G Ninja -DPORTRAITCUT_BUILD_TESTS=OFF >/dev/null
   cmake --build "$work/$folder/build" -j "$jobs" >/dev/null
   DESTDIR="$work/$folder/installed" cmake --install "$work/$folder/build" --prefix /usr >/dev/null
