@@ -168,7 +168,8 @@ int decode(TIppiImage& image, std::FILE* file, const unsigned char* data, int si
   // Before the start, where a progressive file is read whole: the limits come first.
   allocPicture(image, static_cast<int>(info.image_width), static_cast<int>(info.image_height));
   if (!decoder.Start()) {
-    clearFrom(image, 0);
+    // Black by fresh memory: to write it would cost seconds where a file of no worth declares gigabytes.
+    if (isFilled(image.Mode)) image.AllocNew(image.Width, image.Height);
     return -1;
   }
   const int components = info.output_components;
