@@ -51,6 +51,10 @@ bool sizeFactor(float room, double faceScale, float& factor) {
   return true;
 }
 
+bool reachOut(int centre, int reach, int& low, int& high) {
+  return truncate(static_cast<double>(centre) - reach, low) && truncate(static_cast<double>(centre) + reach, high);
+}
+
 }  // namespace
 
 bool TPortraitWish::valid() const {
@@ -87,6 +91,8 @@ bool CalculatePortraitFrame(const TFacePosition& face, int imageWidth, int image
   if (!sizeFactor(room, wish.faceScale, factor)) return false;
   if (!truncate(static_cast<float>(halfWidth) * factor, xReach)) return false;
   if (!truncate(static_cast<float>(halfHeight) * factor, yReach)) return false;
-  frame = {xc - xReach, yc - yReach, xc + xReach, yc + yReach};
+  TPortraitFrame found;
+  if (!reachOut(xc, xReach, found.x1, found.x2) || !reachOut(yc, yReach, found.y1, found.y2)) return false;
+  frame = found;
   return true;
 }

@@ -54,11 +54,15 @@ class Context {
   bool unknown_ = false;
 };
 
-// Positions as detections tell them, and others. Widths at which a crop would take seconds are left out.
+// Positions as detections tell them, and others. Crops that would take seconds are left out.
 TFacePosition drawFace(FuzzInput& in) {
   TFacePosition face = {in.Within(-40, 100), in.Within(-40, 100), in.Within(0, 90), 0, in.Number()};
   if (in.Byte() % 4 == 0) face = {in.Whole(), in.Whole(), in.Whole(), 0, in.Number()};
   if (face.w > 2000 && face.w <= 65535) face.w %= 2000;
+  // The frame of a face beyond the grids' reach spans all the way to it.
+  for (std::int32_t* const place : {&face.xc, &face.yc}) {
+    if (std::abs(*place / 5000) != 0 && std::abs(*place / 100000) == 0) *place %= 5000;
+  }
   return face;
 }
 
