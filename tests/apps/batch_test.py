@@ -42,7 +42,7 @@ class Batch(ProgramTest):
         process.communicate()
 
     def wait_for(self, condition):
-        limit = time.monotonic() + 30
+        limit = time.monotonic() + 120
         while not condition():
             self.assertLess(time.monotonic(), limit)
             time.sleep(0.005)
@@ -73,7 +73,7 @@ class Batch(ProgramTest):
         workers = self.children(process)
         self.assertEqual(len(workers), 2)
         process.send_signal(signal.SIGINT)
-        _, errors = process.communicate(timeout=30)
+        _, errors = process.communicate(timeout=120)
         self.assertEqual(process.returncode, 130, errors)
         for worker in workers:
             self.assertFalse(os.path.exists(f"/proc/{worker}"))
@@ -101,7 +101,7 @@ class Batch(ProgramTest):
         worker, = self.children(process)
         process.send_signal(signal.SIGINT)
         process.send_signal(signal.SIGTERM)
-        process.communicate(timeout=30)
+        process.communicate(timeout=120)
         self.assertIn(process.returncode, (130, 143))  # either may be noticed first
         self.assertFalse(os.path.exists(f"/proc/{worker}"))
 
@@ -114,7 +114,7 @@ class Batch(ProgramTest):
         time.sleep(0.05)
         victim, = self.children(process)
         os.kill(victim, signal.SIGKILL)
-        _, errors = process.communicate(timeout=30)
+        _, errors = process.communicate(timeout=120)
         self.assertEqual(process.returncode, 1)
         self.assertIn(b"in/001.jpg: the worker died of signal 9 (Killed)", errors)
         self.assertEqual(self.names("out"), ["000.jpg", "002.jpg"])
@@ -126,7 +126,7 @@ class Batch(ProgramTest):
             process.stdin.flush()
             record = json.loads(process.stdout.readline())
             self.assertEqual((record["input"].encode(), record["status"]), (name, "failed" if name == b"missing" else "ok"))
-        _, errors = process.communicate(timeout=30)
+        _, errors = process.communicate(timeout=120)
         self.assertEqual(process.returncode, 1, errors)
 
     def test_lists_keep_order_and_folders(self):

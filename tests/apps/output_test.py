@@ -88,7 +88,7 @@ class Output(ProgramTest):
         for target, report in (("/dev/full", []), ("-", [])):
             with open("/dev/full", "wb") as full:
                 done = subprocess.run([PROGRAM, *CUT, FACE, "-o", target, *report], stdout=full, stderr=subprocess.PIPE,
-                                      check=False, timeout=60)
+                                      check=False, timeout=180)
             self.assertEqual(done.returncode, 1)
             self.assertIn(b"No space left on device", done.stderr)
         with open("/dev/full", "wb") as full:

@@ -65,7 +65,7 @@ class Shards(ProgramTest):
         return subprocess.Popen(command, cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **more)
 
     def finish(self, process, expect):
-        output, _ = process.communicate(timeout=120)
+        output, _ = process.communicate(timeout=240)
         self.assertEqual(process.returncode, expect, output.decode())
 
     def outputs(self):
@@ -90,7 +90,7 @@ class Shards(ProgramTest):
 
     def test_interrupted_call_goes_on(self):
         process = self.call("-n", "4", "-S", "2/:", start_new_session=True)
-        limit = time.monotonic() + 60
+        limit = time.monotonic() + 180
         while not list(self.folder.glob("run/records/*.jsonl")):
             self.assertLess(time.monotonic(), limit)
             time.sleep(0.01)
@@ -125,7 +125,7 @@ class Stream(ProgramTest):
           sort done.* > merged
           {command} < whole | sort | cmp - merged"""
         path = f"{RECIPES}:{os.path.dirname(PROGRAM)}:{os.environ['PATH']}"
-        done = subprocess.run(["sh", "-c", job], cwd=self.folder, env={**os.environ, "PATH": path}, timeout=60,
+        done = subprocess.run(["sh", "-c", job], cwd=self.folder, env={**os.environ, "PATH": path}, timeout=180,
                               capture_output=True, check=False)
         self.assertEqual(done.returncode, 0, done.stderr.decode())
         statuses = [json.loads(line)["status"] for line in (self.folder / "merged").read_text().splitlines()]

@@ -27,7 +27,7 @@ class ProgramTest(unittest.TestCase):
     def run_program(self, *arguments, expect=0, **options):
         """The finished process; its output as bytes. `expect` is the exit code."""
         done = subprocess.run([PROGRAM, *map(os.fspath, arguments)], cwd=self.folder, capture_output=True,
-                              timeout=60, check=False, **options)
+                              timeout=180, check=False, **options)
         self.assertEqual(done.returncode, expect, done.stderr.decode(errors="replace"))
         return done
 
