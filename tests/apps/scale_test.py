@@ -16,12 +16,13 @@ RECIPES = pathlib.Path(__file__).resolve().parents[2] / "examples" / "scale"
 CUT = ["cut", *QUICK, "--size", "30x40"]
 
 # Stands in for ssh: HOST -- WORDS. What runs on beta is killed once two files are done there, and beta is gone.
+# As sshd does, it tells the shell, which a job started without a terminal may lack.
 SSH = """#!/bin/bash
-export HOST=$1; shift; [ "$1" != -- ] || shift
+export HOST=$1 SHELL=/bin/bash; shift; [ "$1" != -- ] || shift
 [ $HOST = beta ] || exec bash -c "$*"
 mkdir beta 2>/dev/null || exit 255
 setsid bash -c "$*" &
-until [ "$(cat beta/records 2>/dev/null | wc -l)" = 2 ]; do sleep 0.02; done
+until [ "$(cat beta/records 2>/dev/null | wc -l)" = 2 ] || ! kill -0 $!; do sleep 0.02; done
 pkill -KILL --session $!
 exit 255
 """
