@@ -12,6 +12,7 @@
 #include "training/evaluation/detection.h"
 #include "training/evaluation/face_set.h"
 #include "training/evaluation/measures.h"
+#include "training/exit_code.h"
 
 namespace {
 
@@ -111,11 +112,5 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "nothing to measure: give --data or --raw\n");
     return 2;
   }
-  try {
-    run(options);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
-  return 0;
+  return exitCodeOf("evaluate_detection", [&] { run(options); });
 }

@@ -23,6 +23,7 @@
 #include "training/evaluation/face_views.h"
 #include "training/evaluation/parallel.h"
 #include "training/evaluation/turning.h"
+#include "training/exit_code.h"
 
 namespace {
 
@@ -167,11 +168,5 @@ int main(int argc, char** argv) {
   app.add_option("--pictures", options.pictures, "folder for pictures of the worst faces");
   app.add_option("--shown-from", options.shownFrom, "error from which a face is listed")->capture_default_str();
   CLI11_PARSE(app, argc, argv);
-  try {
-    run(options);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
-  return 0;
+  return exitCodeOf("evaluate_eyes", [&] { run(options); });
 }

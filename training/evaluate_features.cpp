@@ -20,6 +20,7 @@
 #include "training/evaluation/neuro_data.h"
 #include "training/evaluation/point_errors.h"
 #include "training/evaluation/processes.h"
+#include "training/exit_code.h"
 
 namespace {
 
@@ -310,11 +311,5 @@ int main(int argc, char** argv) {
   app.add_option("--pictures", options.pictures, "folder for pictures of the worst faces");
   app.add_option("--shown", options.shown, "so many pictures")->capture_default_str();
   CLI11_PARSE(app, argc, argv);
-  try {
-    run(options);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
-  return 0;
+  return exitCodeOf("evaluate_features", [&] { run(options); });
 }

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "training/cascade_stream.h"
+#include "training/exit_code.h"
 #include "training/scan_windows.h"
 #include "training/training_set.h"
 
@@ -99,11 +100,5 @@ int main(int argc, char** argv) {
   app.add_option("--shift-right", options.jitter.shiftRight, "widths")->capture_default_str();
   app.add_option("--shift-down", options.jitter.shiftDown, "widths")->capture_default_str();
   CLI11_PARSE(app, argc, argv);
-  try {
-    run(options);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "relax_cascade: %s\n", error.what());
-    return 1;
-  }
-  return 0;
+  return exitCodeOf("relax_cascade", [&] { run(options); });
 }

@@ -10,6 +10,7 @@
 
 #include "training/boosting.h"
 #include "training/cascade_stream.h"
+#include "training/exit_code.h"
 #include "training/first_stage.h"
 #include "training/negative_miner.h"
 #include "training/scan_windows.h"
@@ -185,11 +186,5 @@ int main(int argc, char** argv) {
   app.add_option("--turn-deviation", options.jitter.turnDeviation, "degrees")->capture_default_str();
   app.add_option("--turn-limit", options.jitter.turnLimit, "degrees")->capture_default_str();
   CLI11_PARSE(app, argc, argv);
-  try {
-    Training(options).run();
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "train_cascade: %s\n", error.what());
-    return 1;
-  }
-  return 0;
+  return exitCodeOf("train_cascade", [&] { Training(options).run(); });
 }

@@ -13,6 +13,7 @@
 #include "primitives/ippi.h"
 #include "training/evaluation/face_set.h"
 #include "training/evaluation/neuro_data.h"
+#include "training/exit_code.h"
 #include "training/features/frame_collector.h"
 #include "training/features/manifest_line.h"
 #include "training/features/network_file.h"
@@ -301,12 +302,8 @@ int main(int argc, char** argv) {
   setSeedAndThreads(options, seed, threads);
   // A run takes long: each line at once, also into a file.
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
-  try {
+  return exitCodeOf("train_features", [&] {
     ippStaticInit();
     Training(options).run(commandOf(argc, argv));
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "train_features: %s\n", error.what());
-    return 1;
-  }
-  return 0;
+  });
 }

@@ -17,6 +17,7 @@
 #include "training/evaluation/matching.h"
 #include "training/evaluation/parallel.h"
 #include "training/evaluation/turning.h"
+#include "training/exit_code.h"
 #include "training/eyes/eye_frames.h"
 
 namespace {
@@ -166,11 +167,5 @@ int main(int argc, char** argv) {
   app.add_option("--scale", options.scale, "s.d. of the logarithm of the size")->capture_default_str();
   app.add_option("--worse", options.worse, "share of jittered frames made worse")->capture_default_str();
   CLI11_PARSE(app, argc, argv);
-  try {
-    run(options);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
-  return 0;
+  return exitCodeOf("collect_eye_frames", [&] { run(options); });
 }

@@ -9,6 +9,7 @@
 
 #include "eyes/TEyeHMaxFeatures.h"
 #include "eyes/find_eye.h"
+#include "training/exit_code.h"
 #include "training/eyes/eye_solver.h"
 
 namespace {
@@ -142,11 +143,5 @@ int main(int argc, char** argv) {
   app.add_flag("--fixed-shares", options.solver.fixedShares, "each place shall win as often as it is good");
   app.add_option("--seed", options.solver.seed)->capture_default_str();
   CLI11_PARSE(app, argc, argv);
-  try {
-    run(options);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
-  return 0;
+  return exitCodeOf("train_eyes", [&] { run(options); });
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "eyes/eye_window.h"
+#include "training/exit_code.h"
 #include "training/eyes/eye_frames.h"
 #include "training/face_labels.h"
 
@@ -119,12 +120,8 @@ int main(int argc, char** argv) {
   app.add_option("--spread", spread, "file of the spread, 40 floats")->required();
   app.add_option("--places", places, "file of the places, 1,024 integers")->required();
   CLI11_PARSE(app, argc, argv);
-  try {
+  return exitCodeOf("write_eye_tables", [&] {
     write(spread, spreadOfPoints(readFaceLabels(data + "/faces/labels.csv")));
     write(places, placesOfEyes(readEyeFrames(frames)));
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
-  return 0;
+  });
 }
