@@ -38,6 +38,9 @@ std::string printable(const std::string& text) {
   return result;
 }
 
+// Of two times to wait in milliseconds; below 0 is without end.
+int sooner(int first, int second) { return first < 0 || (second >= 0 && second < first) ? second : first; }
+
 class Batch {
  public:
   explicit Batch(const Options& options)
@@ -93,8 +96,10 @@ class Batch {
     if (wantsInput) waits.push_back({source_->descriptor(), POLLIN, 0});
     pool_.addTo(waits);
     progress_.draw();
-    waitInterruptibly(waits, progress_.interval());
+    waitInterruptibly(waits, sooner(progress_.interval(), pool_.untilOverdue()));
     if (caughtCount() > 1) return pool_.kill();
+    // The workers had stopped too.
+    if (wasStopped()) pool_.restartClocks();
     if (wantsInput && waits.front().revents != 0) source_->readSome();
     pool_.collect(waits, [this](uint64_t number, const Reply& reply) { finish(number, reply); });
   }

@@ -59,6 +59,16 @@ void addChoice(CLI::App* app, const std::string& names, Value& target, const std
       ->type_name("NAME");
 }
 
+// Like CLI::Range, which takes "nan" for a number of any range.
+CLI::Validator realIn(double lowest, double highest) {
+  const CLI::Range range(lowest, highest);
+  const auto check = [range](std::string& text) {
+    double value = 0;
+    return CLI::detail::lexical_cast(text, value) && std::isnan(value) ? text + " is no number" : range(text);
+  };
+  return CLI::Validator(check, range.get_description());
+}
+
 void addInputOptions(CLI::App* app, InputOptions& input) {
   app->add_option("input", input.paths, "Pictures (JPEG, PNG, BMP) and folders of pictures; - is standard input")
       ->type_name("INPUT");
@@ -93,6 +103,10 @@ void addBatchOptions(CLI::App* app, BatchOptions& batch, OutputOptions& output) 
   app->add_option("-j,--jobs", batch.jobs, "Worker processes; one for each processor unless told otherwise")
       ->check(CLI::Range(1, 1024))
       ->type_name("N");
+  app->add_option("--file-timeout", batch.fileTimeout,
+                  "Give up a file that takes longer, by ending its worker; no limit unless told")
+      ->check(realIn(0.1, 1e6))
+      ->type_name("SECONDS");
   app->add_option("--log", batch.log, "Write a line of JSON for each file as it is done")->type_name("FILE");
   app->add_flag("--resume", batch.resume, "Go on with the log: pass over what it tells as done");
   app->add_flag("-f,--force", output.force, "Replace outputs and a log that exist (never an input)");
@@ -122,7 +136,7 @@ void addFrameOptions(CLI::App* app, CutOptions& cut, RawText& raw) {
   app->add_option("--preset", raw.preset, "icao (35x45 mm passport), us (2x2 inch passport) or avatar (512x512)")
       ->type_name("NAME");
   app->add_option("--dpi", raw.dotsPerInch, "Dots per inch of sizes in mm and inches, 300 unless told otherwise")
-      ->check(CLI::Range(1.0, 10000.0));
+      ->check(realIn(1, 10000));
   app->add_option("--framing", raw.framing, "Frame by the face, the eyes (the rule at thorough) or the head")
       ->check(CLI::IsMember(&kFramings).description(""))
       ->type_name("NAME");

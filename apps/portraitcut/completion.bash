@@ -20,7 +20,7 @@ _portraitcut() {
     --format) choices='auto jpg png bmp' ;;
     --standard) choices='icao us' ;;
     --face) choices='largest all' ;;
-    -s|--size|--dpi|--face-scale|--shift|--fill-colour|-q|--quality|-j|--jobs|--threshold|--working-width|--min-face)
+    -s|--size|--dpi|--face-scale|--shift|--fill-colour|-q|--quality|-j|--jobs|--file-timeout|--threshold|--working-width|--min-face)
       return ;;
     *)
       if [[ -z $command ]]; then

@@ -31,7 +31,7 @@ Picture decodePng(Bytes file) {
 
 // The library reads BMP from files only, and only from those named so.
 Picture decodeBmp(Bytes file) {
-  const ScratchFile copy(".bmp", file);
+  const ScratchFile copy(Format::kBmp, file);
   HImage handle = UINT32_MAX;
   const int32_t code = VIZL_LoadImageFromFile(&handle, copy.path().c_str());
   return adopt(code, handle, "cannot decode the BMP file");

@@ -59,7 +59,7 @@ void saveTo(const std::string& path, const Picture& picture) {
 }
 
 std::vector<unsigned char> encode(const Picture& picture, Format format) {
-  const ScratchFile file(endingOf(format), {});
+  const ScratchFile file(format, {});
   saveTo(file.path(), picture);
   std::vector<unsigned char> bytes;
   readFile(file.path(), bytes);

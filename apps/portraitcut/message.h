@@ -21,6 +21,8 @@ class MessageReader {
   bool readSome(int socket);
   // The message, once it is whole.
   std::optional<Message> take();
+  // Whether a message, or a part of one, has come that was not taken.
+  bool hasBegun() const { return !bytes_.empty(); }
 
  private:
   std::string bytes_;

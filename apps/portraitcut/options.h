@@ -66,7 +66,8 @@ struct InputOptions {
 };
 
 struct BatchOptions {
-  int jobs = 0;  // 0: one for each processor
+  int jobs = 0;            // 0: one for each processor
+  double fileTimeout = 0;  // seconds for one file, 0: no limit
   std::string log;
   bool resume = false;
   bool quiet = false;

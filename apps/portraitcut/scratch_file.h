@@ -2,13 +2,17 @@
 #ifndef APPS_PORTRAITCUT_SCRATCH_FILE_H
 #define APPS_PORTRAITCUT_SCRATCH_FILE_H
 
+#include <sys/types.h>
+
 #include <span>
 #include <string>
 
+#include "options.h"
+
 class ScratchFile {
  public:
-  // Made in $TMPDIR, or /tmp, with a name of this ending and these bytes. Throws Failure.
-  ScratchFile(const std::string& ending, std::span<const unsigned char> bytes);
+  // Made with these bytes; a process can have one of each format at a time. Throws Failure.
+  ScratchFile(Format format, std::span<const unsigned char> bytes);
   ScratchFile(const ScratchFile&) = delete;
   ScratchFile& operator=(const ScratchFile&) = delete;
   ~ScratchFile();
@@ -18,5 +22,8 @@ class ScratchFile {
  private:
   std::string path_;
 };
+
+// The name in $TMPDIR, or /tmp, that a process's file of this format has; to be removed if it dies.
+std::string scratchName(Format format, pid_t process);
 
 #endif

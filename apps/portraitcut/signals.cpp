@@ -9,11 +9,14 @@ constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 volatile sig_atomic_t firstSignal = 0;
 volatile sig_atomic_t signalCount = 0;
+volatile sig_atomic_t stopped = 0;
 
 void noteSignal(int signal) {
   if (firstSignal == 0) firstSignal = signal;
   signalCount = signalCount + 1;
 }
+
+void noteContinuation(int) { stopped = 1; }
 
 sigset_t heldSignals() {
   sigset_t set;
@@ -39,6 +42,7 @@ void holdSignals() {
   sigprocmask(SIG_BLOCK, &held, nullptr);
   for (const int signal : kSignals) handle(signal);
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGCONT, noteContinuation);
 }
 
 void leaveSignalsToCoordinator() {
@@ -58,3 +62,9 @@ void waitInterruptibly(std::vector<pollfd>& waits, int milliseconds) {
 int caughtSignal() { return firstSignal; }
 
 int caughtCount() { return signalCount; }
+
+bool wasStopped() {
+  const bool result = stopped != 0;
+  stopped = 0;
+  return result;
+}

@@ -1,4 +1,4 @@
-// Interruption of a batch: SIGINT, SIGTERM and SIGHUP are noticed only while the coordinator waits.
+// Interruption of a batch. SIGINT, SIGTERM and SIGHUP are noticed only while the coordinator waits.
 #ifndef APPS_PORTRAITCUT_SIGNALS_H
 #define APPS_PORTRAITCUT_SIGNALS_H
 
@@ -6,7 +6,7 @@
 
 #include <vector>
 
-// Holds the three signals back, but for waitInterruptibly, and lets writing to a closed pipe be an error.
+// Holds those three back, but for waitInterruptibly, and lets writing to a closed pipe be an error.
 void holdSignals();
 
 // In a worker: the coordinator gets the signals of the terminal as well, and it decides.
@@ -18,5 +18,8 @@ void waitInterruptibly(std::vector<pollfd>& waits, int milliseconds);
 // The first of the signals that came, 0 if none did, and how many came.
 int caughtSignal();
 int caughtCount();
+
+// Whether the program was stopped (by Ctrl-Z, for example) and went on since the last call.
+bool wasStopped();
 
 #endif

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -14,6 +15,7 @@
 #include "failure.h"
 #include "output_file.h"
 #include "run_token.h"
+#include "scratch_file.h"
 #include "signals.h"
 
 namespace {
@@ -29,6 +31,12 @@ std::string describeDeath(int status) {
   if (!WIFSIGNALED(status)) return "the worker ended unexpectedly";
   const int signal = WTERMSIG(status);
   return "the worker died of signal " + std::to_string(signal) + " (" + strsignal(signal) + ")";
+}
+
+std::string describeLimit(double seconds) {
+  char text[80];
+  std::snprintf(text, sizeof text, "took longer than %.9g s and was given up (--file-timeout)", seconds);
+  return text;
 }
 
 [[noreturn]] void runWorker(const Options& options, int socket) {
@@ -95,6 +103,27 @@ void WorkerPool::start(uint64_t number, const Job& job) {
   worker->busy = true;
   worker->number = number;
   worker->job = job;
+  worker->overdue = timeLimit();
+}
+
+WorkerPool::Clock::time_point WorkerPool::timeLimit() const {
+  if (options_.batch.fileTimeout == 0) return Clock::time_point::max();
+  return Clock::now() +
+         std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(options_.batch.fileTimeout));
+}
+
+void WorkerPool::restartClocks() {
+  for (Worker& worker : workers_) worker.overdue = timeLimit();
+}
+
+int WorkerPool::untilOverdue() const {
+  Clock::time_point first = Clock::time_point::max();
+  for (const Worker& worker : workers_) {
+    if (worker.busy) first = std::min(first, worker.overdue);
+  }
+  if (first == Clock::time_point::max()) return -1;
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(first - Clock::now()).count();
+  return static_cast<int>(std::clamp<int64_t>(left, 0, INT_MAX));
 }
 
 void WorkerPool::addTo(std::vector<pollfd>& waits) const {
@@ -104,33 +133,46 @@ void WorkerPool::addTo(std::vector<pollfd>& waits) const {
 }
 
 void WorkerPool::collect(const std::vector<pollfd>& waits, const Done& done) {
+  const Clock::time_point now = Clock::now();
   for (auto next = workers_.begin(); next != workers_.end();) {
     const auto worker = next++;
     const auto isReady = [&](const pollfd& wait) { return wait.fd == worker->socket.get() && wait.revents != 0; };
-    if (!worker->busy || std::none_of(waits.begin(), waits.end(), isReady)) continue;
-    const bool alive = worker->reader.readSome(worker->socket.get());
-    if (const std::optional<Message> message = worker->reader.take()) {
-      worker->busy = false;
-      done(worker->number, toReply(*message));
-    } else if (!alive) {
-      bury(worker, done);
-    }
+    const bool overdue = worker->overdue <= now;
+    if (worker->busy && (overdue || std::any_of(waits.begin(), waits.end(), isReady))) listen(worker, overdue, done);
   }
 }
 
-void WorkerPool::bury(std::list<Worker>::iterator dead, const Done& done) {
+void WorkerPool::listen(std::list<Worker>::iterator worker, bool overdue, const Done& done) {
+  const bool alive = worker->reader.readSome(worker->socket.get());
+  if (const std::optional<Message> message = worker->reader.take()) {
+    worker->busy = false;
+    done(worker->number, toReply(*message));
+  } else if (!alive) {
+    bury(worker, "", done);
+  } else if (worker->reader.hasBegun()) {
+    // Its file is done; that the answer waited for the coordinator is not its fault.
+    worker->overdue = Clock::time_point::max();
+  } else if (overdue) {
+    ::kill(worker->process, SIGKILL);
+    bury(worker, describeLimit(options_.batch.fileTimeout), done);
+  }
+}
+
+// An empty reason: the one of the worker's death.
+void WorkerPool::bury(std::list<Worker>::iterator dead, const std::string& reason, const Done& done) {
   const int status = waitFor(dead->process);
   removeUnfinished(*dead);
   const uint64_t number = dead->number;
   const Job job = std::move(dead->job);
   workers_.erase(dead);
-  done(number, failedReply(options_, job, describeDeath(status)));
+  done(number, failedReply(options_, job, reason.empty() ? describeDeath(status) : reason));
 }
 
 void WorkerPool::removeUnfinished(const Worker& worker) const {
-  if (worker.job.output.empty() || worker.job.output == "-") return;
+  const bool writesFile = !worker.job.output.empty() && worker.job.output != "-";
   for (const Format format : {Format::kJpeg, Format::kPng, Format::kBmp}) {
-    unlink(unfinishedName(worker.job.output, format, worker.process).c_str());
+    unlink(scratchName(format, worker.process).c_str());
+    if (writesFile) unlink(unfinishedName(worker.job.output, format, worker.process).c_str());
   }
 }
 

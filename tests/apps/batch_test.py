@@ -119,6 +119,31 @@ class Batch(ProgramTest):
         self.assertIn(b"in/001.jpg: the worker died of signal 9 (Killed)", errors)
         self.assertEqual(self.names("out"), ["000.jpg", "002.jpg"])
 
+    def test_files_that_take_too_long(self):
+        self.make_inputs(3)
+        for number in (1, 2):
+            (self.folder / f"in/00{number}.jpg").unlink()
+        os.mkfifo(self.folder / "in/001.jpg")
+        (self.folder / "in/002.jpg").write_bytes(b"no picture")
+        cut = ["cut", *QUICK, "in", "-o", "out", "--format", "png", "--size", "900x1200", "--log", "log"]
+        process = self.start(*cut, "--jobs", "2", "--file-timeout", "2")
+        # One worker waits at the pipe; the other stops while it writes.
+        self.wait_for(lambda: self.names("out") if (self.folder / "out").exists() else [])
+        unfinished, = self.names("out")
+        os.kill(int(unfinished.split("-")[-1].split(".")[0]), signal.SIGSTOP)
+        self.assertEqual(self.names("out"), [unfinished])
+        _, errors = process.communicate(timeout=120)
+        self.assertEqual(process.returncode, 1)
+        reasons = {line["input"]: line["reason"] for line in self.log()}
+        late = "took longer than 2 s and was given up (--file-timeout)"
+        self.assertEqual(reasons, {"in/000.jpg": late, "in/001.jpg": late,
+                                   "in/002.jpg": "neither a JPEG, a PNG nor a BMP file"})
+        self.assertEqual(self.names("out"), [])
+        (self.folder / "in/001.jpg").unlink()
+        os.link(self.source, self.folder / "in/001.jpg")
+        self.run_program(*cut, "--resume", expect=1)
+        self.assertEqual(self.names("out"), ["000.png", "001.png"])
+
     def test_list_on_standard_input_is_answered_line_by_line(self):
         process = self.start("detect", *QUICK, "--files-from", "-", stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         for name in (b"face", b"missing", b"face"):
