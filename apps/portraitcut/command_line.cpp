@@ -48,15 +48,21 @@ constexpr const char* kFooter = R"(Examples:
 
 "portraitcut COMMAND --help" tells the options of a command; "man portraitcut" tells all.)";
 
+// As help shows them; the completions for shells read them there.
+template <typename Value>
+std::string namesOf(const std::map<std::string, Value>& choices) {
+  std::string names;
+  for (const auto& choice : choices) names += (names.empty() ? "" : "|") + choice.first;
+  return names;
+}
+
 template <typename Value>
 void addChoice(CLI::App* app, const std::string& names, Value& target, const std::map<std::string, Value>& choices,
                const std::string& text) {
-  std::string listed;
-  for (const auto& choice : choices) listed += (listed.empty() ? "" : ", ") + choice.first;
   app->add_option_function<std::string>(
-         names, [&target, &choices](const std::string& name) { target = choices.at(name); }, text + ": " + listed)
+         names, [&target, &choices](const std::string& name) { target = choices.at(name); }, text)
       ->check(CLI::IsMember(&choices).description(""))
-      ->type_name("NAME");
+      ->type_name(namesOf(choices));
 }
 
 // Like CLI::Range, which takes "nan" for a number of any range.
@@ -133,26 +139,26 @@ void addOutputOptions(CLI::App* app, OutputOptions& output) {
 void addFrameOptions(CLI::App* app, CutOptions& cut, RawText& raw) {
   app->add_option("-s,--size", raw.size, "Size of the portrait: 300x400 (pixels), 35x45mm, 2x2in; 600x800 otherwise")
       ->type_name("WxH");
-  app->add_option("--preset", raw.preset, "icao (35x45 mm passport), us (2x2 inch passport) or avatar (512x512)")
-      ->type_name("NAME");
+  app->add_option("--preset", raw.preset, "35x45 mm passport, 2x2 inch passport or 512x512")
+      ->type_name("icao|us|avatar");
   app->add_option("--dpi", raw.dotsPerInch, "Dots per inch of sizes in mm and inches, 300 unless told otherwise")
       ->check(realIn(1, 10000));
   app->add_option("--framing", raw.framing, "Frame by the face, the eyes (the rule at thorough) or the head")
       ->check(CLI::IsMember(&kFramings).description(""))
-      ->type_name("NAME");
+      ->type_name(namesOf(kFramings));
   app->add_option("--face-scale", cut.faceScale, "Zoom: 2 shows half as much around the face, 0.6 the shoulders")
       ->capture_default_str()
       ->check(CLI::Range(0.01, 100.0));
   app->add_option("--shift", raw.shift, "Move the frame right and down, in its own widths and heights")
       ->expected(2)
       ->type_name("X Y");
-  app->add_option("--face", raw.face, "largest, all, or a number: 1 is the largest")
+  app->add_option("--face", raw.face, "Which faces to cut; 1 is the largest")
       ->capture_default_str()
-      ->type_name("WHICH");
+      ->type_name("largest|all|N");
   app->add_option("--pad", raw.padding,
                   "Where the frame leaves the picture: shrink it, fill with a colour, repeat the edge, mirror, refuse")
       ->check(CLI::IsMember(&kPaddings).description(""))
-      ->type_name("RULE");
+      ->type_name(namesOf(kPaddings));
   app->add_option("--fill-colour", raw.fill, "Colour of --pad fill, RRGGBB")->capture_default_str();
 }
 

@@ -1,4 +1,4 @@
-"""The completion for bash and the manual page."""
+"""Completions for shells and the manual page."""
 
 import os
 import pathlib
@@ -29,6 +29,14 @@ class Shell(ProgramTest):
         self.assertEqual(self.complete("cut", "--st"), ["--stream", "--stored-coordinates"])
         self.assertEqual(self.complete("cut", "--pad", "m"), ["mirror"])
         self.assertEqual(self.complete("detect", "-r", ""), ["my photo.jpg"])
+        self.assertEqual(self.complete("cut", "--size", ""), [""])
+
+    @unittest.skipUnless(shutil.which("fish"), "fish is not installed")
+    def test_completion_for_fish(self):
+        script = f'set -p PATH {os.path.dirname(PROGRAM)}; source {APP}/completion.fish; complete -C "portraitcut $argv"'
+        for words, offered in (("de", "detect"), ("cut --stored", "--stored-coordinates"), ("cut --pad m", "mirror")):
+            done = subprocess.run(["fish", "--no-config", "-c", script, words], check=True, capture_output=True, text=True)
+            self.assertEqual(done.stdout.split("\t")[0], offered)
 
     def test_manual_names_every_option(self):
         page = (APP / "portraitcut.1").read_text().replace("\\-", "-")
