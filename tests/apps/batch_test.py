@@ -125,11 +125,12 @@ class Batch(ProgramTest):
             (self.folder / f"in/00{number}.jpg").unlink()
         os.mkfifo(self.folder / "in/001.jpg")
         (self.folder / "in/002.jpg").write_bytes(b"no picture")
-        cut = ["cut", *QUICK, "in", "-o", "out", "--format", "png", "--size", "900x1200", "--log", "log"]
+        cut = ["cut", *QUICK, "in", "-o", "out", "--format", "png", "--size", "700x900", "--log", "log"]
         process = self.start(*cut, "--jobs", "2", "--file-timeout", "2")
         # One worker waits at the pipe; the other stops while it writes.
         self.wait_for(lambda: self.names("out") if (self.folder / "out").exists() else [])
         unfinished, = self.names("out")
+        self.assertTrue(unfinished.startswith(".portraitcut-"), unfinished)
         os.kill(int(unfinished.split("-")[-1].split(".")[0]), signal.SIGSTOP)
         self.assertEqual(self.names("out"), [unfinished])
         _, errors = process.communicate(timeout=120)

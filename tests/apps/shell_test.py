@@ -33,10 +33,13 @@ class Shell(ProgramTest):
 
     @unittest.skipUnless(shutil.which("fish"), "fish is not installed")
     def test_completion_for_fish(self):
-        script = f'set -p PATH {os.path.dirname(PROGRAM)}; source {APP}/completion.fish; complete -C "portraitcut $argv"'
-        for words, offered in (("de", "detect"), ("cut --stored", "--stored-coordinates"), ("cut --pad m", "mirror")):
-            done = subprocess.run(["fish", "--no-config", "-c", script, words], check=True, capture_output=True, text=True)
-            self.assertEqual(done.stdout.split("\t")[0], offered)
+        lines = ["de", "cut --stored", "cut --pad m"]
+        script = f'source {APP}/completion.fish; for line in $argv; complete -C "portraitcut $line"; end'
+        path = os.path.dirname(PROGRAM) + ":" + os.environ["PATH"]
+        done = subprocess.run(["fish", "--no-config", "-c", script, *lines], check=True, capture_output=True, text=True,
+                              env={**os.environ, "PATH": path})
+        offered = [line.split("\t")[0] for line in done.stdout.splitlines()]
+        self.assertEqual(offered, ["detect", "--stored-coordinates", "mirror"])
 
     def test_manual_names_every_option(self):
         page = (APP / "portraitcut.1").read_text().replace("\\-", "-")
