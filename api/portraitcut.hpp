@@ -1,17 +1,20 @@
-// The interface of libportraitcut for C++20: owners for handles, exceptions for codes, spans for buffers.
-//
-//   const portraitcut::Library library;
-//   const auto image = portraitcut::Image::load("photo.jpg");
-//   image.portrait({300, 400}).save("portrait.png");
-//
-// A header alone, over vizl_api.h and pc_api.h; each member calls the functions that its comment names, and what is
-// told there about coordinates, units, limits and threads holds here. An Image and a Context own one handle each and
-// can be moved, not copied; after a move the source may only be assigned to or destroyed. Both have to end before the
-// last Library does: a handle that outlives it may name another image later. Handles and settings that C code made
-// are untouched, so both interfaces may be mixed.
-//
-// Errors. A code other than VIZLE_OK becomes an Error, with one exception: functions that ask for faces answer "none"
-// by an empty vector or optional. Nothing that failed leaves a handle behind. Destructors never throw.
+/// @file
+/// The interface of libportraitcut for C++20: owners for handles, exceptions for codes, spans for buffers.
+///
+/// @code
+/// const portraitcut::Library library;
+/// const auto image = portraitcut::Image::load("photo.jpg");
+/// image.portrait({300, 400}).save("portrait.png");
+/// @endcode
+///
+/// A header alone, over vizl_api.h and pc_api.h; each member calls the functions that its comment names, and what is
+/// told there about coordinates, units, limits and threads holds here. An Image and a Context own one handle each and
+/// can be moved, not copied; after a move the source may only be assigned to or destroyed. Both have to end before the
+/// last Library does: a handle that outlives it may name another image later. Handles and settings that C code made
+/// are untouched, so both interfaces may be mixed.
+///
+/// Errors. A code other than VIZLE_OK becomes an Error, with one exception: functions that ask for faces answer "none"
+/// by an empty vector or optional. Nothing that failed leaves a handle behind. Destructors never throw.
 #ifndef PORTRAITCUT_HPP
 #define PORTRAITCUT_HPP
 
@@ -33,7 +36,9 @@
 
 namespace portraitcut {
 
-// What a VIZLE_ code means, as a constant text.
+/// What a VIZLE_ code means.
+/// @param code one of the library's codes
+/// @return a constant text, "unknown code" for any other number
 inline const char* describe(std::int32_t code) noexcept {
   switch (code) {
     case VIZLE_OK:
@@ -61,27 +66,36 @@ inline const char* describe(std::int32_t code) noexcept {
   }
 }
 
+/// A code other than VIZLE_OK, as an exception.
 class Error : public std::runtime_error {
  public:
+  /// Of a code alone.
+  /// @param code one of the library's codes
   explicit Error(std::int32_t code) : std::runtime_error(describe(code)), code_(code) {}
-  // `what` says on what the function worked, a file's name for example.
+  /// Of a code and what the function worked on.
+  /// @param code one of the library's codes
+  /// @param what comes first in the text, a file's name for example
   Error(std::int32_t code, const std::string& what) : std::runtime_error(what + ": " + describe(code)), code_(code) {}
+  /// The code.
+  /// @return one of the library's codes
   std::int32_t code() const noexcept { return code_; }
 
  private:
   std::int32_t code_;
 };
 
-// Throws an Error for a code other than VIZLE_OK.
+/// Throws an Error for a code other than VIZLE_OK.
+/// @param code what a function of the C interface gave
 inline void check(std::int32_t code) {
   if (code != VIZLE_OK) throw Error(code);
 }
 
-// Keeps the library ready: VIZL_Initialize and VIZL_Finalize. There may be several; the first one starts it and the
-// last one ends it. If it is ready already, because C code started it, that code also ends it. The first construction
-// and the last destruction must not run beside any other call.
+/// Keeps the library ready: VIZL_Initialize and VIZL_Finalize. There may be several; the first one starts it and the
+/// last one ends it. If it is ready already, because C code started it, that code also ends it. The first construction
+/// and the last destruction must not run beside any other call.
 class Library {
  public:
+  /// VIZL_Initialize, unless the library is ready already.
   Library() {
     const std::scoped_lock lock(mutex);
     if (users == 0 && !isReady()) {
@@ -90,6 +104,7 @@ class Library {
     }
     ++users;
   }
+  /// VIZL_Finalize, if this is the last one and the first one started the library.
   ~Library() {
     const std::scoped_lock lock(mutex);
     if (--users == 0 && std::exchange(started, false)) VIZL_Finalize();
@@ -97,6 +112,8 @@ class Library {
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;
 
+  /// VIZL_GetVersion.
+  /// @return a constant text, "major.minor.patch"
   static const char* version() noexcept { return VIZL_GetVersion(); }
 
  private:
@@ -110,51 +127,79 @@ class Library {
   inline static bool started = false;
 };
 
+/// Where a face is.
 using Face = TFacePosition;
 
-// How sure and where each of the forty points is; the order is told at TPoint.
+/// Forty points of a face.
 struct Features {
-  TPoint points[40];
-  float confidences[40];  // at most 1.5, higher is better
+  TPoint points[40];      ///< pixels; TPoint tells their order
+  float confidences[40];  ///< at most 1.5, higher is better
 };
 
-// Inclusive corners.
+/// A rectangle of pixels by its inclusive corners.
 struct Rect {
-  std::int32_t x1, y1, x2, y2;
+  std::int32_t x1;  ///< left column
+  std::int32_t y1;  ///< top row
+  std::int32_t x2;  ///< right column, which still belongs to it
+  std::int32_t y2;  ///< bottom row, which still belongs to it
+  /// Columns.
+  /// @return x2 - x1 + 1
   std::int32_t width() const noexcept { return x2 - x1 + 1; }
+  /// Rows.
+  /// @return y2 - y1 + 1
   std::int32_t height() const noexcept { return y2 - y1 + 1; }
 };
 
+/// Width and height in pixels.
 struct Size {
-  std::int32_t width, height;  // pixels
+  std::int32_t width;   ///< pixels
+  std::int32_t height;  ///< pixels
 };
 
-// How a portrait lies around the face, see VIZL_GetFacePosition.
+/// How a portrait lies around the face, see VIZL_GetFacePosition.
 struct Framing {
-  double scale = 1;     // zoom: 2 shows half as much
-  double shiftX = 0;    // of the centre, in natural widths, positive is right
-  double shiftY = 0;    // in natural heights, positive is down
-  bool byEyes = false;  // searches the points and frames by the eyes
+  double scale = 1;     ///< zoom: 2 shows half as much
+  double shiftX = 0;    ///< of the centre, in natural widths, positive is right
+  double shiftY = 0;    ///< in natural heights, positive is down
+  bool byEyes = false;  ///< searches the points and frames by the eyes
 };
 
-enum class Layout : VIZL_IMAGEMODE { gray = VIZL_IMAGE_GRAY8, rgb = VIZL_IMAGE_COLOR24, rgba = VIZL_IMAGE_COLOR32 };
+/// The bytes of a pixel.
+enum class Layout : VIZL_IMAGEMODE {
+  gray = VIZL_IMAGE_GRAY8,   ///< one byte
+  rgb = VIZL_IMAGE_COLOR24,  ///< red, green, blue
+  rgba = VIZL_IMAGE_COLOR32  ///< the same and alpha
+};
 
+/// Bytes of a pixel.
+/// @param layout which of them
+/// @return 1, 3 or 4
 constexpr std::int32_t channelsOf(Layout layout) noexcept {
   return layout == Layout::gray ? 1 : layout == Layout::rgb ? 3 : 4;
 }
 
-enum class Alpha { drop, keep };
+/// Whether a PNG file's alpha channel is read.
+enum class Alpha {
+  drop,  ///< colours alone
+  keep   ///< colours and alpha
+};
 
-// The settings of detection, of cutting and of saving: a context of the library, or context 0, which is the process's.
+/// The settings of detection, of cutting and of saving: a context of the library, or context 0, which is the process's.
 class Context {
  public:
-  // A context of its own, with the default settings.
+  /// A context of its own, with the default settings.
   Context() { check(pcCreateContextID(&id_)); }
-  // The process-wide settings; nothing is made and nothing freed.
+  /// The process-wide settings; nothing is made and nothing freed.
+  /// @return context 0
   static Context shared() noexcept { return Context(0); }
 
   ~Context() { release(); }
+  /// Takes over what `other` has, which may then only be assigned to or destroyed.
+  /// @param other the one that loses it
   Context(Context&& other) noexcept : id_(std::exchange(other.id_, none)) {}
+  /// Takes over what `other` has, which may then only be assigned to or destroyed.
+  /// @param other the one that loses it
+  /// @return this
   Context& operator=(Context&& other) noexcept {
     if (this != &other) {
       release();
@@ -163,24 +208,36 @@ class Context {
     return *this;
   }
 
+  /// For the functions of C that end in _C.
+  /// @return the number of the context, which stays this object's
   ContextID id() const noexcept { return id_; }
 
-  // VIZL_SetFaceDetectionParameters_C: tilted faces too or not, their fine angle or not, working width in pixels.
+  /// VIZL_SetFaceDetectionParameters_C.
+  /// @param tilted looks for tilted faces too
+  /// @param fineAngle measures their angle more finely
+  /// @param workingWidth pixels, to which pictures are reduced for the search
+  /// @return this
   Context& setDetection(bool tilted, bool fineAngle, std::int32_t workingWidth) {
     check(VIZL_SetFaceDetectionParameters_C(tilted, fineAngle, workingWidth, id_));
     return *this;
   }
-  // Like hits that make a face, 1 or more.
+  /// VIZL_SetFaceDetectionThreshold_C.
+  /// @param threshold like hits that make a face, 1 or more
+  /// @return this
   Context& setThreshold(std::int32_t threshold) {
     check(VIZL_SetFaceDetectionThreshold_C(threshold, id_));
     return *this;
   }
-  // 0 to 100.
+  /// VIZL_SetJpegCompressionQuality_C.
+  /// @param quality 0 to 100
+  /// @return this
   Context& setJpegQuality(std::int32_t quality) {
     check(VIZL_SetJpegCompressionQuality_C(quality, id_));
     return *this;
   }
-  // pcSetDetectionPerformance_C; of what it sets, Image heeds what setDetection sets too.
+  /// pcSetDetectionPerformance_C; of what it sets, Image heeds what setDetection sets too.
+  /// @param performance how thoroughly to look
+  /// @return this
   Context& setPerformance(PcDetectionPerformance performance) {
     check(pcSetDetectionPerformance_C(performance, id_));
     return *this;
@@ -197,14 +254,16 @@ class Context {
   ContextID id_ = none;
 };
 
-// Pixels inside the library, top row first. Valid until the image ends or is assigned to.
+/// Pixels inside the library, top row first. Valid until the image ends or is assigned to.
 struct PixelView {
-  const unsigned char* top;  // the first byte of the top row; null if there are no pixels
-  std::ptrdiff_t stride;     // bytes from a row to the one below it; negative
-  Size size;
-  Layout layout;
+  const unsigned char* top;  ///< the first byte of the top row; null if there are no pixels
+  std::ptrdiff_t stride;     ///< bytes from a row to the one below it; negative
+  Size size;                 ///< of the picture
+  Layout layout;             ///< the bytes of a pixel
 
-  // `y` from 0 to size.height - 1.
+  /// The bytes of a row.
+  /// @param y from 0 to size.height - 1
+  /// @return the row without its padding
   std::span<const unsigned char> row(std::int32_t y) const noexcept {
     return {top + y * stride, static_cast<std::size_t>(size.width) * static_cast<std::size_t>(channelsOf(layout))};
   }
@@ -212,17 +271,24 @@ struct PixelView {
 
 struct FaceImage;
 
-// One picture. What changes a picture gives a new Image, so a detection always sees the pixels that the image has.
-// Any number of threads may use one image at once; moving, assigning and destroying are the exceptions.
+/// One picture. What changes a picture gives a new Image, so a detection always sees the pixels that the image has.
+/// Any number of threads may use one image at once; moving, assigning and destroying are the exceptions.
 class Image {
  public:
-  // An empty picture, 0 by 0 pixels.
+  /// An empty picture, 0 by 0 pixels.
   Image() { check(VIZL_CreateEmptyImage(&handle_)); }
-  // Takes over a handle that C code made.
+  /// Takes over a handle that C code made.
+  /// @param handle a valid one, which the image will free
+  /// @return its owner
   static Image adopt(HImage handle) noexcept { return Image(handle); }
 
   ~Image() { free(); }
+  /// Takes over what `other` has, which may then only be assigned to or destroyed.
+  /// @param other the one that loses it
   Image(Image&& other) noexcept : handle_(std::exchange(other.handle_, none)) {}
+  /// Takes over what `other` has, which may then only be assigned to or destroyed.
+  /// @param other the one that loses it
+  /// @return this
   Image& operator=(Image&& other) noexcept {
     if (this != &other) {
       free();
@@ -231,11 +297,17 @@ class Image {
     return *this;
   }
 
+  /// For the functions of C.
+  /// @return the handle, which stays this image's
   HImage handle() const noexcept { return handle_; }
-  // Gives the handle to the caller, who then frees it.
+  /// Gives the handle away; the image may then only be assigned to or destroyed.
+  /// @return the handle, which the caller frees
   HImage release() noexcept { return std::exchange(handle_, none); }
 
-  // VIZL_LoadImageFromFile, or ...WithAlpha.
+  /// VIZL_LoadImageFromFile, or ...WithAlpha.
+  /// @param fileName a JPEG, PNG or BMP file, as its ending tells
+  /// @param alpha keep reads a PNG file's alpha channel
+  /// @return the picture
   static Image load(const std::string& fileName, Alpha alpha = Alpha::drop) {
     const char* name = checkedName(fileName);
     return make(fileName.c_str(), [&](HImage* made) {
@@ -243,12 +315,17 @@ class Image {
     });
   }
 
-  // VIZL_LoadImageFromJpegBuffer: a whole file in memory.
+  /// VIZL_LoadImageFromJpegBuffer.
+  /// @param file a whole file in memory
+  /// @return the picture
   static Image decodeJpeg(std::span<const unsigned char> file) {
     return make(nullptr, [&](HImage* made) { return VIZL_LoadImageFromJpegBuffer(made, file.data(), sizeOf(file)); });
   }
 
-  // VIZL_LoadImageFromPngBuffer, or ...WithAlpha.
+  /// VIZL_LoadImageFromPngBuffer, or ...WithAlpha.
+  /// @param file a whole file in memory
+  /// @param alpha keep reads its alpha channel
+  /// @return the picture
   static Image decodePng(std::span<const unsigned char> file, Alpha alpha = Alpha::drop) {
     return make(nullptr, [&](HImage* made) {
       return alpha == Alpha::keep ? VIZL_LoadImageFromPngBufferWithAlpha(made, file.data(), sizeOf(file))
@@ -256,8 +333,13 @@ class Image {
     });
   }
 
-  // VIZL_LoadImageFromBuffer: copies raw pixels. `stride` is in bytes, 0 for rows without padding; with a negative
-  // one the last row of the buffer is the top row. A buffer that is too small for its rows is refused.
+  /// VIZL_LoadImageFromBuffer: copies raw pixels. A buffer that is too small for its rows is refused.
+  /// @param pixels the rows
+  /// @param size of the picture
+  /// @param layout the bytes of a pixel
+  /// @param stride bytes from a row to the next, 0 for rows without padding; with a negative one the last row of the
+  ///        buffer is the top row
+  /// @return the picture
   static Image fromPixels(std::span<const unsigned char> pixels, Size size, Layout layout, std::int32_t stride = 0) {
     const std::int64_t rowBytes = std::int64_t{size.width} * channelsOf(layout);
     if (stride == 0 && rowBytes > std::numeric_limits<std::int32_t>::max()) throw Error(VIZLE_INVALID_ARGUMENT);
@@ -273,8 +355,14 @@ class Image {
     });
   }
 
+  /// VIZL_GetImageWidth.
+  /// @return pixels
   std::int32_t width() const { return size().width; }
+  /// VIZL_GetImageHeight.
+  /// @return pixels
   std::int32_t height() const { return size().height; }
+  /// Both of them.
+  /// @return pixels
   Size size() const {
     Size result{};
     check(VIZL_GetImageWidth(handle_, &result.width));
@@ -282,7 +370,8 @@ class Image {
     return result;
   }
 
-  // VIZL_GetImageData, without a copy.
+  /// VIZL_GetImageData, without a copy.
+  /// @return a view that holds until the image ends or is assigned to
   PixelView pixels() const {
     unsigned char* bottom = nullptr;
     Size size{};
@@ -293,62 +382,91 @@ class Image {
     return {bottom, -std::ptrdiff_t{step}, size, static_cast<Layout>(mode)};
   }
 
-  // VIZL_SaveImageToBuffer: the pixels without padding, top row first. `out` may be longer than they are.
+  /// VIZL_SaveImageToBuffer: the pixels without padding, top row first.
+  /// @param out gets them; may be longer than they are
+  /// @param layout what they become
   void copyPixels(std::span<unsigned char> out, Layout layout) const {
     if (out.size() < bufferSize(layout)) throw Error(VIZLE_BUFFER_TOO_SMALL);
     if (out.empty()) return;
     check(VIZL_SaveImageToBuffer(handle_, out.data(), static_cast<VIZL_IMAGEMODE>(layout)));
   }
+  /// The same into a buffer of its own.
+  /// @param layout what the pixels become
+  /// @return the pixels without padding, top row first
   std::vector<unsigned char> copyPixels(Layout layout) const {
     std::vector<unsigned char> out(bufferSize(layout));
     copyPixels(out, layout);
     return out;
   }
-  // Bytes that copyPixels writes.
+  /// What copyPixels writes.
+  /// @param layout what the pixels become
+  /// @return bytes
   std::size_t bufferSize(Layout layout) const {
     std::int32_t size = 0;
     check(VIZL_GetImageBufferSize(handle_, &size, static_cast<VIZL_IMAGEMODE>(layout)));
     return static_cast<std::size_t>(size);
   }
 
-  // VIZL_SaveImageToFile_C; the context gives the quality of a JPEG file.
+  /// VIZL_SaveImageToFile_C.
+  /// @param fileName its ending tells the kind: JPEG, PNG or BMP
+  /// @param context gives the quality of a JPEG file
   void save(const std::string& fileName, const Context& context = Context::shared()) const {
     check(VIZL_SaveImageToFile_C(handle_, checkedName(fileName), context.id()), fileName.c_str());
   }
 
-  // VIZL_CopyImage.
+  /// VIZL_CopyImage.
+  /// @return a picture with the same pixels
   Image copy() const {
     return derive([&](HImage made) { return VIZL_CopyImage(handle_, made); });
   }
-  // VIZL_ResizeImage.
+  /// VIZL_ResizeImage.
+  /// @param ratio new width over old, and height likewise
+  /// @return the picture in the new size
   Image resized(double ratio) const {
     return derive([&](HImage made) { return VIZL_ResizeImage(handle_, ratio, made); });
   }
-  // VIZL_RotateImage: degrees, positive clockwise, about the middle.
+  /// VIZL_RotateImage: about the middle.
+  /// @param angle degrees, positive clockwise
+  /// @return the turned picture
   Image rotated(double angle) const {
     return derive([&](HImage made) { return VIZL_RotateImage(handle_, angle, made); });
   }
-  // VIZL_RotateImageCenter.
+  /// VIZL_RotateImageCenter: about a point.
+  /// @param angle degrees, positive clockwise
+  /// @param xCenter pixels
+  /// @param yCenter pixels
+  /// @return the turned picture
   Image rotated(double angle, double xCenter, double yCenter) const {
     return derive([&](HImage made) { return VIZL_RotateImageCenter(handle_, angle, xCenter, yCenter, made); });
   }
-  // VIZL_CopyRect.
+  /// VIZL_CopyRect.
+  /// @param r what to keep
+  /// @return that part
   Image cropped(const Rect& r) const {
     return derive([&](HImage made) { return VIZL_CopyRect(handle_, r.x1, r.y1, r.x2, r.y2, made); });
   }
-  // VIZL_PutImageAdjustColors: this picture put at (x, y) of `back`; both have to have alpha.
+  /// VIZL_PutImageAdjustColors: this picture, in the colours of its ground. Both pictures have to have alpha.
+  /// @param back the ground, which stays as it is
+  /// @param x column of the ground for the left edge
+  /// @param y row of the ground for the top edge
+  /// @return the ground with this picture
   Image placedOn(const Image& back, std::int32_t x, std::int32_t y) const {
     return derive([&](HImage made) { return VIZL_PutImageAdjustColors(handle_, x, y, back.handle_, made); });
   }
 
-  // VIZL_DetectFace_C: the strongest face, if there is one.
+  /// VIZL_DetectFace_C: the strongest face.
+  /// @param context the settings of detection
+  /// @return nothing if there is none
   std::optional<Face> face(const Context& context = Context::shared()) const {
     Face found{};
     if (!any(VIZL_DetectFace_C(handle_, &found, context.id()))) return std::nullopt;
     return found;
   }
 
-  // VIZL_DetectMultipleFaces_C into the caller's room: the part of it that was filled.
+  /// VIZL_DetectMultipleFaces_C into the caller's room.
+  /// @param room for one face or more
+  /// @param context the settings of detection
+  /// @return the part of the room that was filled
   std::span<Face> faces(std::span<Face> room, const Context& context = Context::shared()) const {
     constexpr std::size_t most = std::numeric_limits<std::int32_t>::max() / sizeof(Face);
     if (room.empty()) throw Error(VIZLE_BUFFER_TOO_SMALL);
@@ -358,7 +476,9 @@ class Image {
     return room.first(static_cast<std::size_t>(count));
   }
 
-  // The same into a vector that has room for all of them. More than 256 take a second detection.
+  /// The same into a vector that has room for all of them. More than 256 take a second detection.
+  /// @param context the settings of detection
+  /// @return all faces
   std::vector<Face> faces(const Context& context = Context::shared()) const {
     std::vector<Face> room(256);
     std::size_t count = faces(std::span(room), context).size();
@@ -370,7 +490,9 @@ class Image {
     return room;
   }
 
-  // VIZL_DetectFacialFeaturesEx_C: the points of the strongest face, if there is one.
+  /// VIZL_DetectFacialFeaturesEx_C: the points of the strongest face.
+  /// @param context the settings of detection
+  /// @return nothing if there is none
   std::optional<Features> features(const Context& context = Context::shared()) const {
     Features found{};
     if (!any(VIZL_DetectFacialFeaturesEx_C(handle_, &found.points, &found.confidences, context.id()))) {
@@ -378,28 +500,40 @@ class Image {
     }
     return found;
   }
-  // VIZL_DetectFacialFeaturesInRegionEx: the points of a face whose position is known.
+  /// VIZL_DetectFacialFeaturesInRegionEx: the points of a face whose position is known.
+  /// @param face where it is
+  /// @return its points
   Features features(const Face& face) const {
     Features found{};
     check(VIZL_DetectFacialFeaturesInRegionEx(handle_, &face, &found.points, &found.confidences));
     return found;
   }
 
-  // VIZL_DetectEyesInRegion: the eye at the smaller x comes first.
+  /// VIZL_DetectEyesInRegion: the eyes of a face whose position is known.
+  /// @param face where it is
+  /// @return their centres; the one at the smaller x comes first
   std::array<TPoint, 2> eyes(const Face& face) const {
     TPoint points[40];
     check(VIZL_DetectEyesInRegion(handle_, &face, &points));
     return {points[0], points[1]};
   }
 
-  // VIZL_GetFacePosition_C: what portrait() would cut out. Throws VIZLE_NO_FACE as well.
+  /// VIZL_GetFacePosition_C: what portrait() would cut out. Throws VIZLE_NO_FACE as well.
+  /// @param size of the portrait; only its shape counts
+  /// @param framing how the frame lies around the face
+  /// @param context the settings of detection
+  /// @return the frame in this picture
   Rect portraitFrame(Size size, const Framing& framing = {}, const Context& context = Context::shared()) const {
     Rect r{};
     check(VIZL_GetFacePosition_C(handle_, size.width, size.height, framing.scale, framing.shiftX, framing.shiftY,
                                  framing.byEyes, &r.x1, &r.y1, &r.x2, &r.y2, context.id()));
     return r;
   }
-  // VIZL_PortraitCut_C: the largest face in a picture of this size. Throws VIZLE_NO_FACE as well.
+  /// VIZL_PortraitCut_C: the largest face, in a picture of a given size. Throws VIZLE_NO_FACE as well.
+  /// @param size of the portrait
+  /// @param framing how its frame lies around the face
+  /// @param context the settings of detection
+  /// @return the portrait
   Image portrait(Size size, const Framing& framing = {}, const Context& context = Context::shared()) const {
     return derive([&](HImage made) {
       return VIZL_PortraitCut_C(handle_, size.width, size.height, framing.scale, framing.shiftX, framing.shiftY,
@@ -407,11 +541,14 @@ class Image {
     });
   }
 
-  // VIZL_ExtractFaceImage: the square around known points, scaled to `width`.
+  /// VIZL_ExtractFaceImage: the square around known points.
+  /// @param features the points, in this picture
+  /// @param width of the new picture, pixels
+  /// @return the new picture with the points in it
   inline FaceImage extractFace(const Features& features, std::int32_t width) const;
 
  private:
-  // The table of handles never grows as far.
+  /// The table of handles never grows as far.
   static constexpr HImage none = 0xFFFFFFFFU;
 
   explicit Image(HImage handle) noexcept : handle_(handle) {}
@@ -432,7 +569,7 @@ class Image {
     return true;
   }
 
-  // Some functions give a handle although they fail; the image takes it over in time.
+  /// Some functions give a handle although they fail; the image takes it over in time.
   template <typename TLoad>
   static Image make(const char* what, TLoad load) {
     Image image(none);
@@ -447,7 +584,7 @@ class Image {
     return image;
   }
 
-  // A name with a zero byte inside would open another file than the one it shows.
+  /// A name with a zero byte inside would open another file than the one it shows.
   static const char* checkedName(const std::string& name) {
     if (name.find('\0') != std::string::npos) throw Error(VIZLE_INVALID_ARGUMENT, name.c_str());
     return name.c_str();
@@ -461,10 +598,10 @@ class Image {
   HImage handle_ = none;
 };
 
-// A face that was cut out, with its points in pixels of the new picture.
+/// A face that was cut out, with its points.
 struct FaceImage {
-  Image image;
-  TPoint points[40];
+  Image image;        ///< the square around it
+  TPoint points[40];  ///< in pixels of that image; TPoint tells their order
 };
 
 inline FaceImage Image::extractFace(const Features& features, std::int32_t width) const {
