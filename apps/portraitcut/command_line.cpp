@@ -159,7 +159,8 @@ void addFrameOptions(CLI::App* app, CutOptions& cut, RawText& raw) {
                   "Where the frame leaves the picture: shrink it, fill with a colour, repeat the edge, mirror, refuse")
       ->check(CLI::IsMember(&kPaddings).description(""))
       ->type_name(namesOf(kPaddings));
-  app->add_option("--fill-colour", raw.fill, "Colour of --pad fill, RRGGBB")->capture_default_str();
+  app->add_option("--fill-colour", raw.fill, "Colour of --pad fill and behind transparent pixels, RRGGBB")
+      ->capture_default_str();
 }
 
 void applyPreset(const RawText& raw, Options& options) {

@@ -4,6 +4,7 @@
 
 #include <span>
 
+#include "geometry.h"
 #include "orientation.h"
 #include "picture.h"
 
@@ -12,7 +13,8 @@ struct UprightPicture {
   Orientation orientation;  // as stored in the file
 };
 
-// What the bytes are, whatever the file's name says: JPEG, PNG or BMP. Throws Failure.
-UprightPicture decodeUpright(std::span<const unsigned char> file, bool ignoreOrientation);
+// What the bytes are, whatever the file's name says: JPEG, PNG or BMP. `ground` shows through where a picture is
+// transparent. Throws Failure.
+UprightPicture decodeUpright(std::span<const unsigned char> file, bool ignoreOrientation, Colour ground);
 
 #endif

@@ -45,7 +45,7 @@ struct CutOptions {
   double shiftY = 0;
   int face = 1;  // 1 is the largest; 0 means all
   Padding padding = Padding::kShrink;
-  Colour fill;
+  Colour fill;  // beyond the picture, and behind it where it is transparent
 };
 
 struct OutputOptions {

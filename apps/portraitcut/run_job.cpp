@@ -54,7 +54,8 @@ void work(const Options& options, const Job& job, Result& result) {
   if (oneOutput && !job.output.empty() && job.output != "-") {
     refuseExisting(job.output, job.input, options.output.force);
   }
-  const UprightPicture upright = decodeUpright(readInput(options, job), options.input.ignoreOrientation);
+  const UprightPicture upright =
+      decodeUpright(readInput(options, job), options.input.ignoreOrientation, options.cut.fill);
   result.size = upright.picture.size();
   result.orientation = upright.orientation;
   runCommand(options, job, upright.picture, result);

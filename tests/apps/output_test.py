@@ -5,7 +5,7 @@ import shutil
 import subprocess
 import unittest
 
-from support import FACE, PROGRAM, QUICK, ProgramTest
+from support import FACE, PROGRAM, QUICK, ProgramTest, bmp_rows, png_file
 
 CUT = ["cut", *QUICK, "--size", "30x40"]
 
@@ -77,6 +77,28 @@ class Output(ProgramTest):
         feeder.stdout.close()
         self.assertEqual(feeder.wait(), 0)
         self.assertEqual((self.folder / "again.png").read_bytes(), piped.stdout)
+
+    def test_transparent_pixels_show_the_fill_colour(self):
+        self.run_program("cut", *QUICK, FACE, "-o", "face.bmp", "--size", "150x180", "--face-scale", "0.8")
+        rows = bmp_rows((self.folder / "face.bmp").read_bytes())
+        alphas = [0, 1, 128, 254, 255, 255, 255]
+        clear = [[(*pixel, alphas[(x + y) % 7] if x < 40 else 255) for x, pixel in enumerate(row)]
+                 for y, row in enumerate(rows)]
+
+        def shown(*ground):
+            mixed = [[[round((c * a + g * (255 - a)) / 255) for c, g in zip(pixel, ground)] for *pixel, a in row]
+                     for row in clear]
+            return png_file(mixed)
+
+        (self.folder / "clear.png").write_bytes(png_file(clear))
+        (self.folder / "white.png").write_bytes(shown(255, 255, 255))
+        (self.folder / "green.png").write_bytes(shown(16, 240, 32))
+        cut = ["cut", *QUICK, "--face-scale", "0.8", "--size", "90x120", "--format", "bmp"]
+        self.run_program(*cut, "clear.png", "white.png", "-o", "one/")
+        self.run_program(*cut, "clear.png", "green.png", "-o", "two/", "--fill-colour", "10f020")
+        for folder, name in (("one", "white"), ("two", "green")):
+            portraits = [(self.folder / folder / f"{file}.bmp").read_bytes() for file in ("clear", name)]
+            self.assertEqual(*portraits)
 
     def test_all_faces_are_numbered(self):
         self.run_program(*CUT, FACE.parent / "average_faces.png", "-o", "x.y.jpg", "--face", "all")

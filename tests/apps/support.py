@@ -52,13 +52,13 @@ def jpeg_with_exif(jpeg, block):
 
 
 def png_file(rows, exif=None):
-    """An RGB PNG file of rows of (red, green, blue)."""
+    """A PNG file of rows of (red, green, blue) or (red, green, blue, alpha)."""
 
     def chunk(name, data):
         return struct.pack(">I", len(data)) + name + data + struct.pack(">I", zlib.crc32(name + data))
 
     raw = b"".join(b"\0" + b"".join(map(bytes, row)) for row in rows)
-    header = struct.pack(">IIBBBBB", len(rows[0]), len(rows), 8, 2, 0, 0, 0)
+    header = struct.pack(">IIBBBBB", len(rows[0]), len(rows), 8, 6 if len(rows[0][0]) == 4 else 2, 0, 0, 0)
     tag = chunk(b"eXIf", exif) if exif else b""
     return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + tag + chunk(b"IDAT", zlib.compress(raw, 1)) + chunk(b"IEND", b"")
 
