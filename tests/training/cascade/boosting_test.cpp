@@ -4,7 +4,6 @@
 
 #include <random>
 
-#include "training/first_stage.h"
 #include "training/scan_windows.h"
 
 namespace {
@@ -64,30 +63,6 @@ TEST_F(Boosting, StageKeepsItsShareOfFacesInTheLibrarysOwnArithmetic) {
   EXPECT_EQ(three, 3);
   EXPECT_GE(passing(stage, *windows, 0, kFaces), 0.97);
   EXPECT_LT(passing(stage, *windows, kFaces, windows->size()), 0.25);
-}
-
-TEST_F(Boosting, ResultDependsOnTheSeedNotOnTheThreads) {
-  const StagePlan plan{4, 1, 2.0f, 0.97};
-  const Stage one = Booster(*features, *table, kFaces, 500, 9, 1).train(plan);
-  const Stage three = Booster(*features, *table, kFaces, 500, 9, 3).train(plan);
-  EXPECT_EQ(cascadeToStream({one}), cascadeToStream({three}));
-}
-
-TEST_F(Boosting, FirstStageKeepsTheGivenRows) {
-  const std::vector<WeakClassifier> given = {
-      {{{3, 7, 14, 4, -1.0f}, {3, 9, 14, 2, 2.0f}}, 0.004f, 0.03f, 0.84f},
-      {{{1, 2, 18, 4, -1.0f}, {7, 2, 6, 4, 3.0f}}, 0.015f, 0.15f, 0.75f},
-  };
-  const Stage stage = trainFirstStage(*features, *table, kFaces, {3, 0, 0.82f, 0.97}, given, 2);
-  ASSERT_EQ(stage.classifiers.size(), 3u);
-  EXPECT_EQ(cascadeToStream({{0.82f, {stage.classifiers[0], stage.classifiers[1]}}}),
-            cascadeToStream({{0.82f, given}}));
-  EXPECT_GE(passing(stage, *windows, 0, kFaces), 0.96);
-  EXPECT_LT(passing(stage, *windows, kFaces, windows->size()), 0.6);
-}
-
-TEST_F(Boosting, RefusesAGivenRowThatIsNoCandidate) {
-  EXPECT_THROW(findFeature(*features, {{{0, 0, 3, 3, -1.0f}, {1, 1, 1, 1, 9.0f}}, 0, 0, 0}), std::invalid_argument);
 }
 
 }  // namespace

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "training/negative_miner.h"
-#include "training/scan_windows.h"
 #include "training/window_samples.h"
 
 namespace {
@@ -74,64 +72,5 @@ TEST_P(FaceWindow, PutsTheEyesWhereTheGeometrySays) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Rolls, FaceWindow, testing::Values(0.0, 12.0, -20.0));
-
-// A cascade of one classifier that every window with enough contrast passes.
-std::vector<unsigned char> openCascade() {
-  return cascadeToStream({{-1.0f, {{{{0, 0, 2, 1, -1.0f}, {1, 0, 1, 1, 2.0f}}, 0.0f, 0.0f, 0.0f}}}});
-}
-
-TEST(NegativeMiner, StaysOffTheLabelledFaceAndDoesNotDependOnThreads) {
-  std::vector<TrainingPicture> portraits;
-  std::vector<TrainingPicture> backgrounds;
-  portraits.push_back(drawnFace(0.0));
-  backgrounds.push_back(drawnFace(0.0));
-  const std::vector<unsigned char> stream = openCascade();
-  const TIppiFaceDetector detector(stream.data(), static_cast<unsigned>(stream.size()));
-  MiningPlan plan;
-  plan.wanted = 500;
-  plan.seed = 3;
-  std::size_t scans = 0;
-  plan.threads = 1;
-  const std::vector<Window> serial = mineNegatives(detector, backgrounds, portraits, plan, scans);
-  plan.threads = 3;
-  const std::vector<Window> parallel = mineNegatives(detector, backgrounds, portraits, plan, scans);
-  EXPECT_EQ(serial.size(), plan.wanted);
-  EXPECT_EQ(serial, parallel);
-}
-
-TEST(WindowScanner, VisitsWhatTheDetectorReports) {
-  TrainingPicture picture = drawnFace(0.0);
-  // Dark band over bright band, as the eyes over the cheeks; flat ground fails. The second classifier decides nothing,
-  // but makes the cascade as large as the window.
-  const WeakClassifier band{{{3, 7, 14, 4, -1.0f}, {3, 7, 14, 2, 2.0f}}, -0.08f, 1.0f, 0.0f};
-  const WeakClassifier corner{{{16, 16, 4, 4, -1.0f}, {16, 18, 4, 2, 2.0f}}, 0.0f, 0.0f, 0.0f};
-  const std::vector<unsigned char> stream = cascadeToStream({{0.5f, {band, corner}}});
-  TIppiFaceDetector detector(stream.data(), static_cast<unsigned>(stream.size()));
-  std::vector<TRectangle> rects;
-  detector.DetectFaceRaw(*picture.gray, rects, 1.0f);
-  // Larger windows are scanned with a border by the detector alone.
-  constexpr double kLargest = 150.0;
-  std::vector<double> places;
-  for (const TRectangle& r : rects) {
-    if (r.x2 - r.x1 < kLargest) places.push_back(0.5 * (r.x1 + r.x2));
-  }
-  std::vector<double> visited;
-  std::vector<Window> windows;
-  WindowScanner scanner(detector);
-  scanner.scan(*picture.gray, 1.0f, [&](const ScannedWindow& found) {
-    if (found.w >= kLargest) return;
-    visited.push_back(found.xc);
-    windows.push_back(windowAt(*found.scaled, found.x, found.row));
-  });
-  ASSERT_FALSE(visited.empty());
-  ASSERT_EQ(visited.size(), places.size());
-  // Alone, a window has other roundings in its sums, which can tip those at the threshold.
-  const auto passing =
-      std::count_if(windows.begin(), windows.end(), [&](const Window& w) { return scanner.passes(w, 0); });
-  EXPECT_GT(static_cast<double>(passing), 0.98 * static_cast<double>(windows.size()));
-  std::sort(places.begin(), places.end());
-  std::sort(visited.begin(), visited.end());
-  for (std::size_t k = 0; k < places.size(); ++k) ASSERT_NEAR(visited[k], places[k], 1.0);
-}
 
 }  // namespace

@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 namespace evaluation {
 namespace {
 
@@ -13,22 +10,6 @@ FaceLabel labelOf(const char* file, bool validation) {
   label.file = file;
   label.validation = validation;
   return label;
-}
-
-TEST(ValidationFaces, LeaveOutTrainingFacesAndOtherFolders) {
-  const std::vector<FaceLabel> labels = {labelOf("images/a.jpg", true), labelOf("images/b.jpg", false),
-                                         labelOf("lowres/c.jpg", true), labelOf("images/d.jpg", true)};
-  const auto chosen = validationFaces(labels, "images/");
-  ASSERT_EQ(chosen.size(), 2u);
-  EXPECT_EQ(chosen[0].file, "images/a.jpg");
-  EXPECT_EQ(chosen[1].file, "images/d.jpg");
-}
-
-TEST(Thinned, SpreadsOverTheWholeList) {
-  const std::vector<int> all = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
-  EXPECT_EQ(thinned(all, 0), all);
-  EXPECT_EQ(thinned(all, 10), all);
-  EXPECT_EQ(thinned(all, 3), (std::vector<int>{0, 3, 6}));
 }
 
 // The same people on every computer and in every program: expected values of FNV-1a by another program.
@@ -57,19 +38,6 @@ TEST(ChoiceFaces, AreTrainingFacesOfTheKeptPeople) {
     EXPECT_TRUE(keptForChoices(label.person));
     EXPECT_EQ(label.file, "images/x.jpg");
   }
-}
-
-TEST(HeldOutBackgrounds, AreEveryTenthInSortedOrder) {
-  const auto folder = std::filesystem::path(testing::TempDir()) / "held_out_backgrounds";
-  std::filesystem::create_directories(folder);
-  for (char c = 'z'; c >= 'a'; --c) std::ofstream(folder / (std::string(1, c) + ".jpg")) << c;
-  const auto files = heldOutBackgrounds(folder.string());
-  ASSERT_EQ(files.size(), 3u);
-  EXPECT_EQ(std::filesystem::path(files[0]).filename(), "a.jpg");
-  EXPECT_EQ(std::filesystem::path(files[1]).filename(), "k.jpg");
-  EXPECT_EQ(std::filesystem::path(files[2]).filename(), "u.jpg");
-  std::filesystem::remove_all(folder);
-  EXPECT_THROW(heldOutBackgrounds(folder.string()), std::runtime_error);
 }
 
 }  // namespace

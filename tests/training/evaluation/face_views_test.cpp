@@ -62,36 +62,6 @@ TEST(FaceViews, TurningTakesTheLabelsAlong) {
   }
 }
 
-TEST(FaceViews, ReducingTakesTheLabelsAlong) {
-  for (const double width : {60.0, 77.0, 101.3}) {
-    FaceView view, reduced;
-    makeView(view);
-    ASSERT_TRUE(reduceView(view, width, reduced));
-    expectLabelsOnMarks(reduced, "reduced");
-    EXPECT_NEAR(squareOf(reduced.points).w, width, 1e-9);
-  }
-  FaceView view, reduced;
-  makeView(view);
-  EXPECT_FALSE(reduceView(view, squareOf(view.points).w + 1, reduced));
-}
-
-TEST(FaceViews, MirroringSwapsTheSides) {
-  FaceView view, mirrored, back;
-  makeView(view);
-  mirrorView(view, mirrored);
-  for (const std::size_t n : kMarked) {
-    const LabelledPoint& label = mirrored.points[kMirroredNodes[n]];
-    const LabelledPoint centre = brightCentre(mirrored.picture, label);
-    EXPECT_NEAR(centre.x, label.x, 1e-9) << n;
-    EXPECT_NEAR(centre.y, label.y, 1e-9) << n;
-  }
-  mirrorView(mirrored, back);
-  for (std::size_t n = 0; n < 40; ++n) {
-    EXPECT_NEAR(back.points[n].x, view.points[n].x, 1e-9);
-    EXPECT_NEAR(back.points[n].y, view.points[n].y, 1e-9);
-  }
-}
-
 TEST(MirroredNodes, PairTheTwoHalvesOfTheMeanFace) {
   double axis = 0;
   for (const TSPoint& node : MeanGrid40.Nodes) axis += static_cast<double>(node.x) / 40;

@@ -48,15 +48,6 @@ TEST(FaceSquareOfEyes, StandsWhereTheGeometrySays) {
   EXPECT_NEAR(lying.roll, 90, 1e-9);
 }
 
-TEST(DeviationOf, IsMeasuredInTheFacesOwnFrame) {
-  // On a face that lies turned clockwise by 90 degrees, down on the screen is the face's right.
-  const Deviation deviation = deviationOf({0, 0, 100, 90}, {0, 10, 120, -84});
-  EXPECT_NEAR(deviation.dx, 0.1, 1e-12);
-  EXPECT_NEAR(deviation.dy, 0, 1e-12);
-  EXPECT_NEAR(deviation.width, 1.2, 1e-12);
-  EXPECT_NEAR(deviation.angle, 6, 1e-12);
-}
-
 TEST(Judge, TakesTheNearestAndCountsTheOthers) {
   const std::vector<Detection> detections = {
       {210, 100, 80, 1}, {202, 100, 90, 2}, {300, 100, 80, 3}, {200, 110, 80, 4}, {200, 100, 200, 5}};
@@ -68,23 +59,6 @@ TEST(Judge, TakesTheNearestAndCountsTheOthers) {
   EXPECT_EQ(result.falseDetections[0].angle, 3);
   EXPECT_EQ(result.falseDetections[1].angle, 5);
   EXPECT_FALSE(judge(kTruth, {}, Criterion{}).found);
-}
-
-TEST(TallyOfPictures, AveragesOverFoundFacesOnly) {
-  Tally first, second;
-  first.add(kTruth, judge(kTruth, {{208, 100, 88, 4}}, Criterion{}));
-  first.add(kTruth, judge(kTruth, {{20, 20, 80, 0}}, Criterion{}));
-  second.add(kTruth, judge(kTruth, {{200, 92, 72, -2}, {200, 100, 400, 0}}, Criterion{}));
-  first.add(second);
-  EXPECT_EQ(first.faces, 3);
-  EXPECT_EQ(first.found, 2);
-  EXPECT_EQ(first.falseFaces, 2);
-  EXPECT_NEAR(first.share(), 2.0 / 3, 1e-12);
-  EXPECT_NEAR(first.mean().dx, 0.05, 1e-12);
-  EXPECT_NEAR(first.mean().dy, -0.05, 1e-12);
-  EXPECT_NEAR(first.mean().width, 1.0, 1e-12);
-  EXPECT_NEAR(first.mean().angle, 1, 1e-12);
-  EXPECT_NEAR(first.meanAbsAngle(), 3, 1e-12);
 }
 
 }  // namespace

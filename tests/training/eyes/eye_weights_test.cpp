@@ -74,26 +74,6 @@ TEST(EyeWeightsForm, TheLibraryScoresAsTheTrainerDoes) {
   }
 }
 
-TEST(EyeGradient, IsTheSlopeOfTheScores) {
-  std::mt19937 random(2);
-  const EyeSample sample = makeEyeSample(randomFrame(random), 0, prototype());
-  float slopes[kPlaces] = {};
-  for (int i = 0; i < 30; ++i) slopes[2 + random() % 28 + 32 * (random() % 32)] = static_cast<float>(random() % 7) - 3;
-  std::vector<float> gradient(EyeWeights::kCount);
-  addGradient(sample, slopes, 1e-4f, gradient);
-
-  EyeWeights zero;
-  const EyeWeights direction = randomWeights(random);
-  float along[kPlaces] = {};
-  scoreSample(direction, sample, along);
-  double expected = 0, actual = 0;
-  for (int i = 0; i < kPlaces; ++i) expected += static_cast<double>(slopes[i]) * static_cast<double>(along[i]);
-  for (std::size_t i = 0; i < EyeWeights::kCount; ++i) {
-    actual += static_cast<double>(gradient[i]) * static_cast<double>(direction.values[i]);
-  }
-  EXPECT_NEAR(actual, expected, 1e-3 * (1 + std::abs(expected)));
-}
-
 TEST(EyeSolverStep, LearnsWhereTheSpotsAre) {
   std::mt19937 random(3);
   std::vector<EyeSample> samples;

@@ -4,12 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
-#include <random>
-#include <stdexcept>
 
-#include "features/face_image.h"
 #include "features/mean_grid.h"
 #include "training/features/frame_collector.h"
 
@@ -73,70 +68,6 @@ TEST_P(FrameLabels, LieOnWhatTheyLabel) {
   }
 }
 
-// What a search that finds the labels would report. A resize leaves out what does not fill a whole pixel, at the top,
-// and the first one reduces the face to 88 pixels.
-TEST_P(FrameLabels, ComeBackToTheImageWithinAPixel) {
-  const double pixel = std::max(1.0, GetParam() / 88);
-  evaluation::FaceView view;
-  makeView(view, GetParam(), 2);
-  const TFacePosition place = placeOf(view, 0);
-  FeatureFrame frame{};
-  ASSERT_TRUE(cutFeatureFrame(view, place, frame));
-  TFaceImage face;
-  ASSERT_EQ(face.Cut(view.picture, place), VIZLE_OK);
-  TGrid grid;
-  for (std::size_t n = 0; n < 40; ++n) grid.AddNode({frame.points[2 * n], frame.points[2 * n + 1]});
-  face.BackToImage(grid);
-  for (std::size_t n = 0; n < 40; ++n) {
-    if (n == 5 || n == 8 || n == 9) continue;  // the forehead is not where its labels have it
-    EXPECT_NEAR(grid.Nodes[n].x, view.points[n].x, pixel) << n;
-    EXPECT_NEAR(grid.Nodes[n].y, view.points[n].y, pixel) << n;
-  }
-}
-
 INSTANTIATE_TEST_SUITE_P(Widths, FrameLabels, testing::Values(70.0, 128.0, 150.0, 201.0));
-
-TEST(FeatureFrames, ComeBackFromAFile) {
-  const auto file = std::filesystem::path(testing::TempDir()) / "feature_frames.bin";
-  std::vector<FeatureFrame> frames(2);
-  frames[1].points[79] = 12.5f;
-  frames[1].kind = FrameKind::Reduced;
-  frames[1].choice = true;
-  frames[1].pixels[65535] = 201;
-  writeFeatureFrames(file, frames);
-  const auto again = readFeatureFrames(file);
-  ASSERT_EQ(again.size(), 2u);
-  EXPECT_EQ(again[1].points[79], 12.5f);
-  EXPECT_EQ(again[1].kind, FrameKind::Reduced);
-  EXPECT_TRUE(again[1].choice);
-  EXPECT_EQ(again[1].pixels[65535], 201);
-
-  std::ofstream(file, std::ios::app) << 'x';
-  EXPECT_THROW(readFeatureFrames(file), std::runtime_error);
-  std::filesystem::remove(file);
-  EXPECT_THROW(readFeatureFrames(file), std::runtime_error);
-}
-
-TEST(JitteredPlace, StaysWithinItsLimits) {
-  const FaceSquare square = {1000, 700, 400, 8};
-  const PlaceJitter jitter;
-  std::mt19937 random(5);
-  double shifts = 0, widths = 0, angles = 0;
-  constexpr int kCount = 4000;
-  for (int i = 0; i < kCount; ++i) {
-    const TFacePosition place = jitteredPlace(square, jitter, random);
-    EXPECT_LE(std::abs(place.xc - square.xc), 0.08 * square.w + 0.5);
-    EXPECT_LE(std::abs(place.yc - square.yc), 0.08 * square.w + 0.5);
-    EXPECT_LE(std::abs(place.w / square.w - jitter.width), 0.12 + 0.5 / square.w);
-    EXPECT_LE(std::abs(place.angle + square.roll), 7);
-    shifts += place.xc - square.xc;
-    widths += place.w;
-    angles += place.angle;
-  }
-  // Four standard errors.
-  EXPECT_NEAR(shifts / kCount, 0, 0.8);
-  EXPECT_NEAR(widths / kCount, jitter.width * square.w, 1.3);
-  EXPECT_NEAR(angles / kCount, -square.roll, 0.2);
-}
 
 }  // namespace

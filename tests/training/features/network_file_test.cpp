@@ -2,26 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <stdexcept>
-
 #include "features/TNeuralNetwork.h"
 #include "training/features/node_trainer.h"
 
 namespace {
 
 TEST(NetworkStream, HasTheSizeThatTheLibraryHolds) { EXPECT_EQ(networksToStream(randomNetworks(1)).size(), 507072u); }
-
-TEST(NetworkStream, ComesBackThroughTheLoader) {
-  auto networks = randomNetworks(2);
-  for (std::size_t n = 0; n < networks.size(); ++n) networks[n].biases[2] = static_cast<float>(n) - 20.25f;
-  const auto again = networksFromStream(networksToStream(networks));
-  ASSERT_EQ(again.size(), networks.size());
-  for (std::size_t n = 0; n < networks.size(); ++n) {
-    NodeNetwork expected = networks[n], found = again[n];
-    EXPECT_EQ(std::memcmp(expected.parameters(), found.parameters(), NodeNetwork::kParameters * sizeof(float)), 0) << n;
-  }
-}
 
 // The library must read each weight as what training meant by it.
 TEST(NetworkStream, GivesTheLibraryTheSameValues) {
@@ -38,17 +24,6 @@ TEST(NetworkStream, GivesTheLibraryTheSameValues) {
     EXPECT_NEAR(evaluateNetwork(network, inputs, hidden), library.FastPropagate_I(inputs), 2e-6);
   }
   EXPECT_EQ(next, stream.data() + stream.size());
-}
-
-TEST(NetworkStream, MustBeWholeAndHoldForty) {
-  auto networks = randomNetworks(5);
-  auto stream = networksToStream(networks);
-  stream.pop_back();
-  EXPECT_THROW(networksFromStream(stream), std::runtime_error);
-  networks.pop_back();
-  EXPECT_THROW(networksFromStream(networksToStream(networks)), std::runtime_error);
-  networks.resize(41);
-  EXPECT_THROW(networksFromStream(networksToStream(networks)), std::runtime_error);
 }
 
 }  // namespace

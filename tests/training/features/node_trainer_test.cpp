@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 
 namespace {
 
@@ -87,54 +86,6 @@ TEST(NodeTrainer, FindsWhatItWasShown) {
   const LabelledPoint shifted = meanBestOffset(set);
   EXPECT_NEAR(shifted.x, 4, 1.2);
   EXPECT_NEAR(shifted.y, -3, 1.2);
-}
-
-TEST(NodeTrainer, DoesNotDependOnThreads) {
-  const TrainingSet set = barSet(20);
-  TrainerOptions options = quickOptions();
-  options.epochs = 1;
-  std::vector<std::vector<NodeNetwork>> results;
-  for (const unsigned threads : {1u, 3u}) {
-    options.threads = threads;
-    results.push_back(randomNetworks(2));
-    const auto losses = trainNodes(set, options, results.back());
-    EXPECT_EQ(losses.size(), 40u);
-  }
-  for (std::size_t n = 0; n < 40; ++n) {
-    EXPECT_EQ(
-        std::memcmp(results[0][n].parameters(), results[1][n].parameters(), NodeNetwork::kParameters * sizeof(float)),
-        0);
-  }
-}
-
-// Places where a search ended wrongly get patches, and so lose their good scores.
-TEST(NodeTrainer, UnlearnsMinedPlaces) {
-  TrainingSet set = barSet(100);
-  const auto meanValue = [&](const std::vector<NodeNetwork>& networks, int below) {
-    double sum = 0;
-    for (const PatchFrame& frame : set.frames) {
-      alignas(64) float inputs[kPatchPixels];
-      float hidden[kHiddenNeurons];
-      frame.read(static_cast<int>(frame.points[0]), static_cast<int>(frame.points[1]) + below, inputs);
-      sum += static_cast<double>(evaluateNetwork(networks[0], inputs, hidden));
-    }
-    return sum / static_cast<double>(set.frames.size());
-  };
-  TrainerOptions options = quickOptions();
-  options.epochs = 20;
-  options.nearShare = 1;  // so that nothing else tells of the false bar
-  std::vector<NodeNetwork> without = {randomNetworks(4)[0]}, with = without;
-  trainNodes(set, options, without);
-  for (const PatchFrame& frame : set.frames) {
-    SearchGrid grid{};
-    grid[0] = frame.points[0];
-    grid[1] = frame.points[1] + kFalseBar;
-    set.grids.push_back({grid});
-  }
-  trainNodes(set, options, with);
-  EXPECT_LT(meanValue(without, kFalseBar), 0.3);
-  EXPECT_GT(meanValue(with, kFalseBar), 0.4);
-  EXPECT_LT(meanValue(with, 0), -0.2);
 }
 
 }  // namespace

@@ -42,14 +42,4 @@ TEST(PatchFrame, ReadsWhatTheSearchReads) {
   }
 }
 
-TEST(PatchFrames, KeepTheOrderOfTheChosen) {
-  std::vector<FeatureFrame> frames(5);
-  for (std::size_t i = 0; i < frames.size(); ++i) frames[i].points[0] = static_cast<float>(i);
-  const auto prepared = preparePatchFrames(frames, {4, 0, 3}, 2);
-  ASSERT_EQ(prepared.size(), 3u);
-  EXPECT_EQ(prepared[0].points[0], 4);
-  EXPECT_EQ(prepared[1].points[0], 0);
-  EXPECT_EQ(prepared[2].points[0], 3);
-}
-
 }  // namespace
