@@ -58,5 +58,5 @@ int main(int argc, char** argv) {
     target->second(input.bytes.data(), input.bytes.size());
   }
   std::printf("%zu inputs, %zu of them kept ones\n", inputs.size(), kept.size());
-  return 0;
+  return inputs.empty() ? 1 : 0;
 }

@@ -1,4 +1,6 @@
-// The inputs that fuzzing starts from, made anew each time: the same bytes on every machine with the same libjpeg.
+// Inputs that fuzzing starts from, made anew each time, for the targets that read their input as choices. Those of the
+// files' formats are kept in the corpus, as seed_*: files of every form that the formats have, and with every part
+// moved, doubled, lost and lying.
 #pragma once
 
 #include <cstdint>
@@ -13,16 +15,9 @@ struct Seed {
 };
 using Seeds = std::vector<Seed>;
 
-Seeds jpegSeeds();
-Seeds pngSeeds();
-Seeds bmpSeeds();
-Seeds gridSeeds();
 Seeds detectSeeds();
-// For targets that read their input as choices: bytes of no meaning, of several lengths.
+// Bytes of no meaning, of several lengths.
 Seeds choiceSeeds(const std::string& target);
 
-// Those of a target by its name ("jpeg", ...).
+// Those of a target by its name ("calls", ...); none for a format.
 Seeds seedsOf(const std::string& target);
-
-// Typical damage to a file of any format: cut short at several places, bytes missing, doubled and changed.
-void addDamaged(Seeds& seeds, Seed whole);
