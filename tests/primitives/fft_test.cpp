@@ -107,23 +107,6 @@ TEST_P(Transform, AProductIsTheCircularConvolution) {
   EXPECT_LT(largestDifference(image, expected), 2e-5);
 }
 
-TEST_P(Transform, ADeltaShifts) {
-  const auto [x, y] = GetParam();
-  const Spec spec = makeSpec(x, y);
-  Image original = randomImage(x, y, 4);
-  for (const auto& [dx, dy] : {Orders{0, 0}, Orders{1, 0}, Orders{0, 1}, Orders{1, 1}}) {
-    Image delta(x, y), image = original, expected(x, y);
-    delta.at(dx, dy) = 1;
-    for (int v = 0; v < image.size.height; ++v) {
-      for (int u = 0; u < image.size.width; ++u) {
-        expected.at((u + dx) % image.size.width, (v + dy) % image.size.height) = original.at(u, v);
-      }
-    }
-    convolve(image, delta, spec);
-    EXPECT_LT(largestDifference(image, expected), 1e-6) << dx << ", " << dy;
-  }
-}
-
 INSTANTIATE_TEST_SUITE_P(Sizes, Transform,
                          testing::Values(Orders{5, 5}, Orders{1, 1}, Orders{1, 4}, Orders{4, 1}, Orders{3, 5},
                                          Orders{5, 2}),

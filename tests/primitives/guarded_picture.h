@@ -22,6 +22,9 @@ class GuardedPicture {
  public:
   GuardedPicture(IppiSize size, int pixelBytes, Layout layout, std::mt19937& random);
 
+  // None: a null pointer with a step.
+  explicit GuardedPicture(int step) : size_{1, 1}, pixelBytes_(1), step_(step), area_(nullptr, GiveBack{0}) {}
+
   Ipp8u* pixels() const { return first_; }
   int step() const { return step_; }
   IppiSize size() const { return size_; }
@@ -39,8 +42,8 @@ class GuardedPicture {
   IppiSize size_;
   int pixelBytes_;
   int step_;
-  std::size_t length_;
+  std::size_t length_ = 0;
   std::unique_ptr<Ipp8u, GiveBack> area_;
-  Ipp8u* memory_;
-  Ipp8u* first_;
+  Ipp8u* memory_ = nullptr;
+  Ipp8u* first_ = nullptr;
 };

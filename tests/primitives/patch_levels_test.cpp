@@ -221,15 +221,6 @@ TEST(VectorPrimitives, WorkInPlaceOnEveryLength) {
   }
 }
 
-TEST(VectorPrimitives, LevelsThemselvesStay) {
-  float values[] = {-0.5F, 0.5F, std::nextafter(-0.5F, -1.0F), std::nextafter(0.5F, 1.0F)};
-  ippsThreshold_LTValGTVal_32f_I(values, 4, -0.5F, -9.0F, 0.5F, 9.0F);
-  EXPECT_EQ(values[0], -0.5F);
-  EXPECT_EQ(values[1], 0.5F);
-  EXPECT_EQ(values[2], -9.0F);
-  EXPECT_EQ(values[3], 9.0F);
-}
-
 TEST(VectorPrimitives, RefuseNullAndEmptyVectors) {
   float values[2] = {1, 2}, product = 5;
   const Ipp8u byte = 0;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 #include <functional>
 #include <ostream>
@@ -67,11 +68,16 @@ auto sameChannel = [](const Picture& s, int x, int y, int k, IppiSize) { return 
 auto planeOf = [](const Picture& s, int x, int y, int k, IppiSize n) { return s.at(x + k * n.width, y, 0); };
 auto grayOf = [](const Picture& s, int x, int y, int, IppiSize) { return s.at(x, y, 0); };
 
+// Nothing of a picture that is none.
+Ipp8u* placeOf(const Picture& picture, int offset) {
+  return picture.pixels() == nullptr ? nullptr : picture.pixels() + offset;
+}
+
 template <int planes>
 auto joinPlanes(IppStatus (*function)(const Ipp8u* const*, int, Ipp8u*, int, IppiSize), bool equal) {
   return [=](const Picture& s, const Picture& d, IppiSize n) {
     const Ipp8u* pointers[planes];
-    for (int k = 0; k < planes; ++k) pointers[k] = s.pixels() + (equal ? 0 : k * n.width);
+    for (int k = 0; k < planes; ++k) pointers[k] = placeOf(s, equal ? 0 : k * n.width);
     return function(pointers, s.step(), d.pixels(), d.step(), n);
   };
 }
@@ -89,7 +95,7 @@ Operation joined4(const char* name, bool equal) {
 Operation copyIntoChannel(const char* name, int channel) {
   return {name, 1, 4,
           [=](const Picture& s, const Picture& d, IppiSize n) {
-            return ippiCopy_8u_C1C4R(s.pixels(), s.step(), d.pixels() + channel, d.step(), n);
+            return ippiCopy_8u_C1C4R(s.pixels(), s.step(), placeOf(d, channel), d.step(), n);
           },
           [=](const Picture& s, const Picture& d, IppiSize n) {
             for (int y = 0; y < n.height; ++y) {
@@ -101,7 +107,7 @@ Operation copyIntoChannel(const char* name, int channel) {
 Operation setChannel(const char* name, int channel, Ipp8u value) {
   return {name, 0, 4,
           [=](const Picture&, const Picture& d, IppiSize n) {
-            return ippiSet_8u_C4CR(value, d.pixels() + channel, d.step(), n);
+            return ippiSet_8u_C4CR(value, placeOf(d, channel), d.step(), n);
           },
           [=](const Picture&, const Picture& d, IppiSize n) {
             for (int y = 0; y < n.height; ++y) {
@@ -275,7 +281,7 @@ std::vector<Operation> compositions() {
   const auto pixel = [](const Picture& s, int x, int y) { return &s.at(x, y, 0); };
   return {{"AlphaComp", 4, 4,
            [=](const Picture& s, const Picture& d, IppiSize n) {
-             return comp(s.pixels(), s.step(), s.pixels() + 4 * n.width, s.step(), d, n);
+             return comp(s.pixels(), s.step(), placeOf(s, 4 * n.width), s.step(), d, n);
            },
            eachByte(4, [=](const Picture& s, int x, int y, int k,
                            IppiSize n) { return over(pixel(s, x, y), pixel(s, x + n.width, y), k); }),
@@ -396,6 +402,24 @@ TEST_P(PixelOperation, TallAndWideSizesAgree) {
   for (const IppiSize size : {IppiSize{3, 67}, {35, 64}, {64, 33}, {511, 2}, {513, 1}, {1031, 3}}) {
     ASSERT_NO_FATAL_FAILURE(compareLayouts(size));
   }
+}
+
+TEST_P(PixelOperation, NullPointersAndSizesBelowOneAreRefused) {
+  const Operation& operation = GetParam();
+  constexpr Layout kTight{0, Against::pageAfter, false};
+  constexpr IppiSize kGood{4, 4};
+  const Picture none(64);
+  const Picture src({kGood.width * operation.sources, 4}, std::max(operation.srcBytes, 1), kTight, random_);
+  const Picture dst(operation.dstSize(kGood), operation.dstBytes, kTight, random_);
+  const std::vector<Ipp8u> before = dst.bytes();
+  if (operation.srcBytes > 0) {
+    EXPECT_EQ(operation.run(none, dst, kGood), ippStsNullPtrErr);
+  }
+  EXPECT_EQ(operation.run(src, none, kGood), ippStsNullPtrErr);
+  for (const IppiSize size : {IppiSize{0, 4}, {4, 0}, {-1, 4}, {4, -1}, {INT_MIN, INT_MIN}, {0, 0}}) {
+    EXPECT_EQ(operation.run(src, dst, size), ippStsSizeErr) << size.width << " by " << size.height;
+  }
+  EXPECT_EQ(dst.bytes(), before);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, PixelOperation, testing::ValuesIn(operations()),
