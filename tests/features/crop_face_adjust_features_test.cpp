@@ -61,15 +61,6 @@ TEST_F(CropFace, AlwaysGivesTheWantedSize) {
   }
 }
 
-TEST_F(CropFace, AFaceWithoutWidthIsOnePixel) {
-  ASSERT_EQ(crop({40, 30, 0, 0, 0}, 16), VIZLE_OK);
-  EXPECT_EQ(left, 40);
-  EXPECT_EQ(top, 30);
-  EXPECT_FLOAT_EQ(scale, 16.4f);
-  EXPECT_EQ(image.Width, 16);
-  EXPECT_EQ(pixelAt(image, 8, 8), 1 + 70 / 4);
-}
-
 TEST_F(CropFace, FeaturesMoveAlong) {
   TPoint features[] = {{44, 60}, {155, 171}, {43, 300}, {INT_MIN, INT_MAX}};
   ASSERT_EQ(crop({100, 100, 100, 0, 0}, 222, features, 4), VIZLE_OK);

@@ -184,32 +184,6 @@ TEST(FaceImage, CornersAreBlackBeyondTheImageAndNodesStayInside) {
   EXPECT_EQ(pixelAt(image, 60, 45), 180);
 }
 
-// A black border of the image's own is the same as the one that is thought around it, as long as the frame doesn't
-// begin left of or above the image, where truncation turns round.
-TEST(FaceImage, TheBlackBeyondTheImageIsLikeABlackBorder) {
-  std::mt19937 random(9);
-  TIppiImage image(imGray8), bordered(imGray8);
-  image.AllocNew(300, 260);
-  bordered.AllocNew(1300, 1260);
-  for (int y = 0; y < 260; ++y) {
-    for (int x = 0; x < 300; ++x) {
-      pixelAt(image, x, y) = pixelAt(bordered, x + 500, y + 500) = static_cast<unsigned char>(random());
-    }
-  }
-  for (const auto& [xc, yc] : {std::pair(150, 150), std::pair(135, 200), std::pair(290, 250)}) {
-    for (int w : {75, 150}) {  // scales that floats hold, wherever the face is
-      TFaceImage plain, withBorder;
-      ASSERT_EQ(plain.Cut(image, {xc, yc, w, 0, 0}), VIZLE_OK);
-      ASSERT_EQ(withBorder.Cut(bordered, {xc + 500, yc + 500, w, 0, 0}), VIZLE_OK);
-      for (int y = 0; y < 256; ++y) {
-        for (int x = 0; x < 256; ++x) {
-          ASSERT_EQ(pixelAt(plain.Face, x, y), pixelAt(withBorder.Face, x, y)) << x << ", " << y << " at " << xc;
-        }
-      }
-    }
-  }
-}
-
 TEST(FaceImage, AFaceWithoutWidthIsOnePixelBlownUp) {
   TIppiImage image(imGray8);
   fill(image, 30, 30, 10);
@@ -222,14 +196,6 @@ TEST(FaceImage, AFaceWithoutWidthIsOnePixelBlownUp) {
   faceImage.BackToImage(grid);
   EXPECT_EQ(grid.Nodes[0].x, 12);
   EXPECT_EQ(grid.Nodes[0].y, 17);
-}
-
-TEST(FaceImage, AnEmptyImageGivesABlackFace) {
-  TIppiImage image(imGray8);
-  TFaceImage faceImage;
-  ASSERT_EQ(faceImage.Cut(image, {50, 50, 40, 0, 0}), VIZLE_OK);
-  EXPECT_EQ(faceImage.Face.Width, 256);
-  EXPECT_EQ(pixelAt(faceImage.Face, 100, 100), 0);
 }
 
 TEST(FaceImage, PositionsThatNoImageCanShowAreRefused) {

@@ -85,24 +85,6 @@ TEST(Grid, TheCentreOfATurnBecomesAFloatFirst) {
   EXPECT_EQ(grid.Nodes[0], (TSPoint{16777216, 0}));
 }
 
-TEST(Grid, TurningKeepsDistancesAndGoesBack) {
-  std::mt19937 random(3);
-  std::uniform_real_distribution<float> place(-300, 300), angle(-7, 7);
-  for (int i = 0; i < 1000; ++i) {
-    const TSPoint start = {place(random), place(random)};
-    const float a = angle(random);
-    TGrid grid = gridOf({start});
-    grid.RotateNB(17, -5, a);
-    const TSPoint turned = grid.Nodes[0];
-    ASSERT_NEAR(std::hypot(turned.x - 17, turned.y + 5), std::hypot(start.x - 17, start.y + 5), 1e-3);
-    const double by = std::atan2(turned.y + 5, turned.x - 17) - std::atan2(start.y + 5, start.x - 17);
-    ASSERT_NEAR(std::remainder(by - static_cast<double>(a), 2 * std::numbers::pi), 0, 1e-3);
-    grid.RotateNB(17, -5, -a);
-    ASSERT_NEAR(grid.Nodes[0].x, start.x, 1e-3);
-    ASSERT_NEAR(grid.Nodes[0].y, start.y, 1e-3);
-  }
-}
-
 TEST(Grid, RotateMovesEveryNodeIntoTheImage) {
   const std::vector<TSPoint> nodes = {{-5, 3}, {4, 99}, {2.5f, 2.5f}};
   TGrid grid = gridOf(nodes);
@@ -120,19 +102,6 @@ TEST(Grid, RotateMovesEveryNodeIntoTheImage) {
   byCentre.Rotate(100, 100, 0.7f);
   byPoint.Rotate(15, 20, 100, 100, 0.7f);
   EXPECT_EQ(byCentre.Nodes, byPoint.Nodes);
-}
-
-TEST(Grid, AssignTakesExactlyTheSourcesNodes) {
-  TGrid grid = gridOf({{1, 1}, {2, 2}, {3, 3}});
-  const TGrid shorter = gridOf({{9, 9}});
-  grid.Assign(shorter);
-  EXPECT_EQ(grid.Nodes, shorter.Nodes);
-  grid.Shift(1, 1);
-  EXPECT_EQ(shorter.Nodes[0], (TSPoint{9, 9})) << "a copy of its own";
-  grid.Assign(grid);
-  EXPECT_EQ(grid.Nodes, (std::vector<TSPoint>{{10, 10}}));
-  grid.Assign(TGrid());
-  EXPECT_EQ(grid.NodeCount(), 0);
 }
 
 }  // namespace

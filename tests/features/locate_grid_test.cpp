@@ -126,20 +126,6 @@ TEST_F(LocateGrid, KeepsTheNodesInTheImage) {
   }
 }
 
-TEST_F(LocateGrid, InterruptedFromTheStartStillEvolvesOnce) {
-  TNeuroLocator locator(master_);
-  locate(locator, face_);
-  NeedInterrupt = 1;
-  const Found cut = locate(locator, face_);
-  EXPECT_EQ(cut.confidence, std::vector<float>(kNodes, 0.0F));
-  ASSERT_EQ(cut.grid.NodeCount(), kNodes);
-  // The slides placed nothing, and one generation of children was scored besides the first population.
-  EXPECT_LT(cut.evaluations, std::size_t{800 + 3192} * kNodes);
-  EXPECT_GT(cut.evaluations, 0u);
-  NeedInterrupt = 0;
-  EXPECT_NE(locate(locator, face_).confidence, cut.confidence);
-}
-
 void interrupt(int) { NeedInterrupt = 1; }
 
 // Wherever the search is when the flag goes up, it ends with forty nodes, and confidences of none or all of them.

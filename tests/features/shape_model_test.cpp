@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <random>
 
 #include "features/TNeuroLocator.h"
@@ -84,39 +82,6 @@ TEST_F(ShapeModelTest, GeneratesTheSameAsThePlainSum) {
       ASSERT_EQ(nodes[2 * k + 1], expected[k].y) << round;
     }
   }
-}
-
-TEST_F(ShapeModelTest, NoDeformationGivesTheMean) {
-  const float b[kDeformations] = {};
-  float nodes[kCoordinates];
-  locator_.GenerateGridP(nodes, b, 0, 0, 1, 1, 0);
-  for (std::size_t k = 0; k < kNodes; ++k) {
-    EXPECT_EQ(nodes[2 * k], MeanGrid40.Nodes[k].x);
-    EXPECT_EQ(nodes[2 * k + 1], MeanGrid40.Nodes[k].y);
-  }
-}
-
-// Shrunk to nothing, all nodes fall on the pivot, and that lies twice the shift from the centroid of the mean.
-TEST_F(ShapeModelTest, PivotMovesTwiceAsFarAsTheShape) {
-  double x = 0, y = 0;
-  for (const TSPoint& node : MeanGrid40.Nodes) x += node.x / kNodes, y += node.y / kNodes;
-  const float b[kDeformations] = {};
-  float nodes[kCoordinates];
-  locator_.GenerateGridP(nodes, b, 10, -20, 0, 0, 1.5F);
-  for (int k = 0; k < kNodes; ++k) {
-    EXPECT_NEAR(nodes[2 * k], x + 20, 1e-3);
-    EXPECT_NEAR(nodes[2 * k + 1], y - 40, 1e-3);
-  }
-}
-
-TEST_F(ShapeModelTest, ClampsToTheFrameWhateverTheImage) {
-  locator_.ImageWidth = locator_.ImageHeight = 50;
-  const float b[kDeformations] = {};
-  float nodes[kCoordinates];
-  locator_.GenerateGridP(nodes, b, 0, 0, 100, 100, 0);
-  for (const float value : nodes) EXPECT_TRUE(value >= 0.0F && value <= 255.0F);
-  EXPECT_EQ(*std::max_element(std::begin(nodes), std::end(nodes)), 255.0F);
-  EXPECT_EQ(*std::min_element(std::begin(nodes), std::end(nodes)), 0.0F);
 }
 
 TEST_F(ShapeModelTest, ScoresSideBySideAreThoseOfEachAlone) {
@@ -208,24 +173,6 @@ TEST_F(ShapeModelTest, PlacesTheBaseGridInsideTheImage) {
   EXPECT_FALSE(locator_.PositionAndScale(&grid, 128, 147, 2, 0.5F));
   EXPECT_EQ(grid.Nodes[4].x, 128.0F + 2 * 23);
   EXPECT_EQ(grid.Nodes[4].y, 147.0F + 43.0F / 2);
-}
-
-TEST(ShapeTables, LinksAreTheMesh) {
-  int links = 0;
-  std::array<int, kNodes> neighbours{};
-  for (int i = 0; i < kNodes; ++i) {
-    for (int j = 0; j < kNodes; ++j) {
-      const auto at = [](int a, int b) { return GraphLinks[static_cast<std::size_t>(a * kNodes + b)]; };
-      EXPECT_EQ(at(i, j), at(j, i));
-      links += at(i, j);
-      neighbours[static_cast<std::size_t>(i)] += at(i, j);
-    }
-  }
-  EXPECT_EQ(links, 2 * 118);
-  EXPECT_EQ(neighbours, (std::array<int, kNodes>{14, 14, 14, 9, 9, 7, 7, 6, 8, 8, 8, 7, 4, 4, 5, 5, 5, 5, 5, 5,
-                                                 3,  5,  10, 4, 4, 4, 4, 3, 3, 7, 5, 5, 4, 4, 5, 5, 3, 3, 3, 3}));
-  EXPECT_TRUE(std::is_sorted(std::begin(eigenvalues), std::end(eigenvalues), std::greater<float>()));
-  EXPECT_NEAR(std::accumulate(std::begin(eigenvalues), std::end(eigenvalues), 0.0), 539.8023, 1e-3);
 }
 
 }  // namespace
