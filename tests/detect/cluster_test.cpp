@@ -25,33 +25,9 @@ class Clustering : public testing::Test {
 
 TRectangle square(int x, int y, int side) { return {x, y, x + side, y + side}; }
 
-TEST_F(Clustering, AveragesTowardsZero) {
-  EXPECT_EQ(cluster({square(0, -3, 20), square(3, 0, 20)}, 2, 2), (Cluster{1, -1, 21, 18, 2}));
-}
-
-TEST_F(Clustering, NeighboursAreCloserThanAThirdOfTheMeanWidth) {
-  EXPECT_EQ(cluster({square(0, 0, 20), square(5, 0, 20)}, 2, 2).count, 2);
-  EXPECT_EQ(cluster({square(0, 0, 20), square(6, 0, 20)}, 2, 2).count, 0);
-  EXPECT_EQ(cluster({square(0, 0, 20), square(0, 6, 20)}, 2, 2).count, 0);
-  // Widths 20 and 26: mean 23, third 7; the right edges are 6 apart.
-  EXPECT_EQ(cluster({{0, 0, 20, 20}, {0, 0, 26, 20}}, 2, 2).count, 2);
-  EXPECT_EQ(cluster({{0, 0, 20, 20}, {0, 0, 28, 20}}, 2, 2).count, 0);
-}
-
 TEST_F(Clustering, WidthsAreAlikeUpToThirtyPixels) {
   EXPECT_EQ(cluster({square(0, 0, 100), square(0, 0, 130)}, 2, 1).count, 2);
   EXPECT_EQ(cluster({square(0, 0, 100), square(0, 0, 131)}, 2, 1).count, 0);
-}
-
-// The threshold on like widths shapes the mean only: the lone width still counts at the end.
-TEST_F(Clustering, EveryRectangleCanJoinTheResult) {
-  EXPECT_EQ(cluster({square(0, 0, 30), square(1, 1, 30), square(400, 400, 200)}, 2, 1),
-            (Cluster{133, 133, 220, 220, 3}));
-}
-
-TEST_F(Clustering, FarGroupsAreAveragedTogether) {
-  EXPECT_EQ(cluster({square(0, 0, 30), square(0, 0, 30), square(100, 0, 30), square(100, 0, 30)}, 2, 2),
-            (Cluster{50, 0, 80, 30, 4}));
 }
 
 TEST_F(Clustering, OfNothingOrTooLittleIsZero) {
@@ -115,19 +91,6 @@ TEST_F(Clustering, GroupsGatherAroundTheirSeed) {
   EXPECT_EQ(groupsOf({square(0, 0, 30), square(15, 0, 30), square(30, 0, 30)}), (std::vector<int>{0, 0, 1}));
   EXPECT_EQ(groupsOf({square(15, 0, 30), square(0, 0, 30), square(30, 0, 30)}), (std::vector<int>{0, 0, 0}));
   EXPECT_EQ(groupsOf({square(0, 0, 30), square(20, 0, 30), square(0, 19, 30)}), (std::vector<int>{0, 1, 0}));
-}
-
-TEST_F(Clustering, SelectFaceGivesMeansTowardsZero) {
-  std::vector<TRectangle> rects = {square(-3, 0, 20), square(100, 50, 30), square(0, 1, 20)};
-  int groups[] = {0, 1, 0};
-  int* columns[5] = {};
-  multi_.SelectFace(rects, groups, 1, columns[0], columns[1], columns[2], columns[3], columns[4]);
-  const int wanted[5][2] = {{-1, 100}, {0, 50}, {18, 130}, {20, 80}, {2, 1}};
-  for (int k = 0; k < 5; k++) {
-    const std::unique_ptr<int[]> owned(columns[k]);
-    EXPECT_EQ(columns[k][0], wanted[k][0]) << "column " << k;
-    EXPECT_EQ(columns[k][1], wanted[k][1]) << "column " << k;
-  }
 }
 
 }  // namespace

@@ -117,20 +117,6 @@ TEST(SingleFace, NothingFoundLeavesTheConfidence) {
   EXPECT_EQ(f, (Face{0, 0, 0, 0.0, 1234}));
 }
 
-// A bright square of a third of the picture is found where it is, upright, at twice its side.
-TEST(SingleFace, IsFoundAtItsPlace) {
-  const auto detector = makeDetector(squareCascade());
-  const TestContext context(Settings{false, true, 200, {2, 3}});
-  TIppiImage image;
-  fillDark(image, 400, 300, 5);
-  drawSquare(image, 150, 80, 100);
-  const Face f = single(*detector, image, context);
-  EXPECT_NEAR(f.xc, 200, 12);
-  EXPECT_NEAR(f.yc, 130, 12);
-  EXPECT_NEAR(f.w, 200, 50);
-  EXPECT_GE(f.confidence, 3);
-}
-
 class FrontFunctions : public testing::Test {
  protected:
   FrontFunctions() { IppiFaceDetector = detector_.get(); }
@@ -180,31 +166,6 @@ TEST_F(FrontFunctions, ReportAFace) {
   EXPECT_EQ(DetectMultipleFaces(&image, &count_, &position_, 24, 0), VIZLE_OK);
   EXPECT_EQ(count_, 1);
   EXPECT_EQ(DetectMultipleFaces(&image, &count_, &position_, 23, 0), VIZLE_NO_FACE);
-}
-
-// The working image is wider than 511 columns.
-TEST_F(FrontFunctions, WideWorkingImagesWork) {
-  const TestContext context(Settings{false, false, 700, {2, 3}});
-  TIppiImage image;
-  fillDark(image, 700, 460, 3);
-  drawSquare(image, 600, 200, 50);
-  ASSERT_EQ(DetectFace(&image, &position_, confidence_, context), VIZLE_OK);
-  EXPECT_NEAR(position_.xc, 625, 12);
-  EXPECT_NEAR(position_.yc, 225, 12);
-}
-
-TEST(ParallelDetection, EqualsTheSerialResult) {
-  const auto detector = makeDetector(squareCascade());
-  const TestContext context(Settings{true, true, 120, {2, 3}});
-  TIppiImage image;
-  makeScene(image, 6);
-  const std::vector<Face> wanted = multiple(*detector, image, kRoom, context);
-  ASSERT_FALSE(wanted.empty());
-  std::vector<std::vector<Face>> found(4);
-  std::vector<std::thread> threads;
-  for (std::vector<Face>& f : found) threads.emplace_back([&] { f = multiple(*detector, image, kRoom, context); });
-  for (std::thread& t : threads) t.join();
-  for (const std::vector<Face>& f : found) EXPECT_TRUE(f == wanted);
 }
 
 }  // namespace

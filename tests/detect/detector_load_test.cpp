@@ -25,28 +25,6 @@ void expectRefused(const std::vector<unsigned char>& stream) {
   EXPECT_THROW(TIppiFaceDetector(stream.data(), static_cast<unsigned>(stream.size())), std::invalid_argument);
 }
 
-TEST(DetectorLoad, HoldsTheStreamAdjustedForTheScan) {
-  const auto d = makeDetector(smallCascade());
-  EXPECT_EQ(d->StageCount, 2);
-  EXPECT_EQ(d->ClassifierCount, 3);
-  EXPECT_EQ(d->FeatureCount, 5);
-  EXPECT_EQ(d->StageFirstClassifier[1], 2);
-  EXPECT_EQ(d->StageFirstFeature[1], 4);
-  EXPECT_EQ(d->StageFeatureCount[0], 4);
-  EXPECT_EQ(d->StageClassifierCount[0], 2);
-  EXPECT_EQ(d->ClassifierFeatureCount[1], 2);
-  EXPECT_EQ(d->FeatureRect[0].y, 9);
-  EXPECT_EQ(d->FeatureRect[0].x, 3);
-  EXPECT_EQ(d->FeatureRect[0].height, 4);
-  EXPECT_EQ(d->StageThreshold[0], 0.82268941f - 0.0001f);
-  EXPECT_NEAR(d->StageThreshold[0], 0.82258940, 5e-8);
-  EXPECT_EQ(d->FeatureWeight[3], 3.0f * (1.0f / 324.0f));
-  EXPECT_EQ(d->ClassifierLeft[1], 0.1514132f);
-  EXPECT_EQ(d->ClassifierRight[0], 0.8378107f);
-  EXPECT_EQ(d->ClassifierWidth, 20);
-  EXPECT_EQ(d->ClassifierHeight, 20);
-}
-
 TEST(DetectorLoad, OwnCascadeAgreesWithItsHeader) {
   const auto word = [](int i) {
     const unsigned char* p = class_dat + 4 * i;

@@ -94,18 +94,6 @@ TEST(EyeScore, TheBinOfOneIsTheNextRowsFirst) {
   expectScores(window, *model);
 }
 
-TEST(EyeScore, NeighbourhoodsAreClippedAtTheCorners) {
-  std::mt19937 random(23);
-  const auto window = texturedEyeWindow(random);
-  const auto model = randomModel(random);
-  const auto count = [&](int x, int y) { return weightsOf(*window, *model, x, y).size(); };
-  // (2, 0): columns 0 to 7 and rows 0 to 5; at half size 0 to 6 and 0 to 5, at a quarter 0 to 5 and 0 to 5.
-  EXPECT_EQ(count(2, 0), 48u + 42u + 36u + 16u * 48u + 17u);
-  // (29, 31): columns 24 to 31, rows 26 to 31; half (14, 15): 9 to 15, 10 to 15; quarter (7, 7): 2 to 7 both.
-  EXPECT_EQ(count(29, 31), 48u + 42u + 36u + 16u * 48u + 17u);
-  EXPECT_EQ(count(16, 16), 121u + 121u + 8u * 8u + 0u + 16u * 121u + 17u);
-}
-
 TEST(BestPlace, TheFirstColumnAndThenTheFirstRowWinsATie) {
   float scores[32 * 32] = {};
   int x = -1, y = -1;

@@ -53,24 +53,6 @@ double directResponse(const std::vector<unsigned char>& window, int x, int y, do
   return std::abs(product);
 }
 
-TEST(HMaxFeatures, DiscsHaveTheirAreas) {
-  const auto& bank = testPrototype().bank();
-  const int areas[] = {37, 69, 97, 145};
-  for (int s = 0; s < 4; ++s) EXPECT_EQ(bank.discAreas[s], areas[s]);
-
-  IppiFFTSpec_R_32f* spec = nullptr;
-  ASSERT_EQ(ippiFFTInitAlloc_R_32f(&spec, 5, 5, IPP_FFT_DIV_INV_BY_N, 1), ippStsNoErr);
-  for (int s = 0; s < 4; ++s) {
-    Map mask = bank.discMasks[s];
-    ASSERT_EQ(ippiFFTInv_PackToR_32f_C1IR(mask.data(), kSide * 4, spec, nullptr), ippStsNoErr);
-    double sum = 0;
-    for (const float v : mask) sum += static_cast<double>(v);
-    EXPECT_NEAR(sum, areas[s], 1e-3);
-    EXPECT_NEAR(mask[0], 1, 1e-5) << "the centre stands at pixel 0";
-  }
-  ippiFFTFree_R_32f(spec);
-}
-
 TEST(HMaxFeatures, S1IsTheDirectFilterDividedByTheContrast) {
   std::mt19937 random(11);
   for (int round = 0; round < 3; ++round) {

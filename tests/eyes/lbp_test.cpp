@@ -89,38 +89,4 @@ TEST(BinaryPatterns, EqualAnIndependentComputation) {
   EXPECT_EQ(*seen.rbegin(), 58);
 }
 
-TEST(BinaryPatterns, FlatPicturesHaveCode1WhateverTheirValue) {
-  for (int value = 0; value < 256; ++value) {
-    Picture picture(32, 32, static_cast<unsigned char>(value));
-    EXPECT_EQ(picture.codes(), std::vector<int>(32 * 32, 1)) << value;
-  }
-}
-
-// One bright pixel is on the circle of others in eight directions.
-TEST(BinaryPatterns, ABrightPixelShowsInTheDirectionItLies) {
-  Picture picture(32, 32, 10);
-  picture.at(16, 16) = 200;
-  const std::vector<int> codes = picture.codes();
-  const auto code = [&](int x, int y) { return codes[static_cast<std::size_t>(x + y * 32)]; };
-  EXPECT_EQ(code(16, 16), 1) << "darker all around";
-  EXPECT_EQ(code(14, 16), 3 + 0 * 7) << "point 0 lies to the right";
-  EXPECT_EQ(code(16, 14), 3 + 2 * 7) << "point 2 lies below";
-  EXPECT_EQ(code(18, 16), 3 + 4 * 7);
-  EXPECT_EQ(code(16, 18), 3 + 6 * 7);
-  EXPECT_EQ(code(20, 20), 1);
-}
-
-// The circle of column 1 reaches to -1, where the fraction is negative: the value continues the slope of the first
-// two pixels instead of stopping at the edge.
-TEST(BinaryPatterns, TheSecondColumnExtrapolates) {
-  Picture picture(32, 32);
-  for (int y = 0; y < 32; ++y) {
-    for (int x = 0; x < 32; ++x) picture.at(x, y) = static_cast<unsigned char>(200 - 5 * x);
-  }
-  // Columns fall to the right, so points to the left are brighter: 3, 4 and 5, a run of three from 3.
-  const std::vector<int> codes = picture.codes();
-  EXPECT_EQ(codes[16 * 32 + 10], 3 + 2 + 3 * 7);
-  EXPECT_EQ(codes[16 * 32 + 1], 3 + 2 + 3 * 7);
-}
-
 }  // namespace

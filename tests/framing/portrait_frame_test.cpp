@@ -90,28 +90,15 @@ TEST_P(PortraitFrameKnown, IsAsWorkedOutByHand) {
 INSTANTIATE_TEST_SUITE_P(
     Cases, PortraitFrameKnown,
     testing::Values(
-        KnownFrame{
-            "square, room on all sides", face(500, 400, 100), 1000, 1000, {50, 50, 1, 0, 0}, {440, 340, 560, 460}},
         KnownFrame{"tall: the height grows", face(500, 400, 100), 1000, 1000, {60, 80, 1, 0, 0}, {440, 320, 560, 480}},
-        KnownFrame{"wide: the width grows", face(500, 400, 100), 1000, 1000, {160, 80, 1, 0, 0}, {380, 340, 620, 460}},
-        KnownFrame{"scale 2 halves", face(500, 400, 100), 1000, 1000, {50, 50, 2, 0, 0}, {470, 370, 530, 430}},
-        KnownFrame{"scale 0.5 doubles", face(500, 400, 100), 1000, 1000, {50, 50, 0.5, 0, 0}, {380, 280, 620, 520}},
         KnownFrame{
             "scale 0.5 stops at the edge", face(500, 400, 100), 1000, 481, {50, 50, 0.5, 0, 0}, {420, 320, 580, 480}},
-        KnownFrame{"shift in full widths and heights",
-                   face(500, 400, 100),
-                   1000,
-                   1000,
-                   {50, 50, 1, 0.25, -0.5},
-                   {470, 280, 590, 400}},
+        KnownFrame{
+            "shift in full sides", face(500, 400, 100), 1000, 1000, {50, 50, 1, 0.25, -0.5}, {470, 280, 590, 400}},
         // 0.83 * 60 = 49.8: the centre is held at 49, and (49 + 0.9) / 60 leaves 49 pixels to each side.
         KnownFrame{"corner", face(3, 2, 100), 1000, 1000, {50, 50, 1, 0, 0}, {0, 0, 98, 98}},
-        // 999 - 49.8 = 949.2 gives 949; (1000 - 949 - 0.1) / 60 leaves 50.
-        KnownFrame{"far corner", face(998, 999, 100), 1000, 1000, {50, 50, 1, 0, 0}, {899, 899, 999, 999}},
         KnownFrame{"larger than the image", face(30, 90, 4000), 101, 101, {50, 50, 1, 0, 0}, {0, 0, 100, 100}},
-        KnownFrame{"a face of one pixel has no half size", face(7, 9, 1), 30, 30, {50, 50, 1, 0, 0}, {7, 9, 7, 9}},
-        // The halves are 36 and trunc(60 * 4 / 3) = 80; from row 950 only 0.83 of 80 fits below.
-        KnownFrame{"low in a tall frame", face(500, 990, 100), 1000, 1000, {60, 80, 1, 0, 0}, {450, 865, 550, 999}}));
+        KnownFrame{"a face of one pixel has no half size", face(7, 9, 1), 30, 30, {50, 50, 1, 0, 0}, {7, 9, 7, 9}}));
 
 TEST(PortraitFrame, AgreesWithThePlainRulesOnRandomFaces) {
   std::mt19937 random(20240117);

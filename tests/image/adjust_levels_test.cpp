@@ -54,16 +54,6 @@ TEST_P(GlobalLevels, FollowTheMiddleOfTheReference) {
   }
 }
 
-TEST_P(GlobalLevels, OfItselfStay) {
-  TIppiImage image(GetParam()), before;
-  fillRandom(image, 40, 33, 23);
-  before.Assign(image);
-  image.AdjustLevelsWith(before);
-  EXPECT_TRUE(samePicture(image, before));
-  image.AdjustLevelsWith(image);
-  EXPECT_TRUE(samePicture(image, before));
-}
-
 TEST_P(GlobalLevels, RefuseFewerThanThreeRows) {
   for (const int height : {1, 2}) {
     TIppiImage reference(GetParam()), target(GetParam()), before;

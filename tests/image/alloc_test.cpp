@@ -94,18 +94,4 @@ TEST(Alloc, FreeingKeepsTheSizeFields) {
   EXPECT_EQ(image.Mode, imRGB24);
 }
 
-TEST(Alloc, SwapExchangesPicturesButNotTheSizeRule) {
-  TIppiImage a(imRGB24), b(imGray8);
-  a.FloorResize = false;
-  fillRandom(a, 4, 3, 3);
-  fillRandom(b, 6, 2, 4);
-  TIppiImage copy;
-  copy.Assign(a);
-  a.Swap(b);
-  EXPECT_TRUE(samePicture(b, copy));
-  EXPECT_EQ(a.Mode, imGray8);
-  EXPECT_FALSE(a.FloorResize);
-  EXPECT_TRUE(b.FloorResize);
-}
-
 }  // namespace

@@ -52,16 +52,6 @@ TEST(Assign, OfAnEmptyOrFreedPictureIsSafe) {
   EXPECT_TRUE(allZero(dest));
 }
 
-TEST(Assign, ToItselfChangesNothing) {
-  TIppiImage image(imRGBA32), copy;
-  fillRandom(image, 11, 6, 10);
-  copy.Assign(image);
-  image.Assign(image);
-  EXPECT_TRUE(samePicture(image, copy));
-  image.CopyFrom(image);
-  EXPECT_TRUE(samePicture(image, copy));
-}
-
 struct ModePair {
   TIppiImageMode to;
   TIppiImageMode from;

@@ -5,17 +5,6 @@
 
 namespace {
 
-TEST(Rotate, ByWholeTurnsCopies) {
-  for (const TIppiImageMode mode : kByteModes) {
-    for (const double angle : {0.0, 360.0, -360.0, 720.0}) {
-      TIppiImage image(mode), dest;
-      fillRandom(image, 23, 16, 41);
-      image.Rotate(dest, angle);
-      EXPECT_TRUE(samePicture(dest, image)) << angle;
-    }
-  }
-}
-
 // A right angle about the exact middle has no interpolation error: picture column x of the result is
 // source row x from the bottom, for a clockwise turn.
 TEST(Rotate, ByNinetyDegreesTurnsTheSeenPictureClockwise) {
