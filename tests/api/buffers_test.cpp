@@ -134,13 +134,6 @@ TEST_F(Buffers, SizesBeyondTheLimitsAreRefusedBeforeAnythingIsRead) {
   EXPECT_TRUE(PictureOf(image, 3) == RandomPicture(5, 3, 3)) << "and an image to fill stays as it was";
 }
 
-TEST_F(Buffers, AnAssignedImageTakesTheNewLayoutAndSize) {
-  const HImage image = ImageOf(RandomPicture(50, 30, 4));
-  const TPicture next = RandomPicture(3, 4, 1, 2);
-  ASSERT_EQ(VIZL_AssignImageFromBuffer(image, next.pixels.data(), 3, 4, 3, VIZL_IMAGE_GRAY8), VIZLE_OK);
-  expectPicture(PictureOf(image, 3), next);
-}
-
 // No exported call makes a gray image, so these go past the handles.
 TEST(GrayImage, IsWrittenInEveryLayout) {
   TIppiImage image(imGray8);

@@ -31,15 +31,6 @@ void expectNear(const TFacePosition& face, int xc, int yc) {
   EXPECT_NEAR(face.w, kFace, kFace / 4);
 }
 
-TEST_F(Detection, FindsTheFaceInPixelsOfThePicture) {
-  const HImage image = ImageOf(DiscPicture(600, 400, 210, 150, kDisc));
-  TFacePosition face = kUnset;
-  ASSERT_EQ(VIZL_DetectFace(image, &face), VIZLE_OK);
-  expectNear(face, 210, 150);
-  EXPECT_EQ(face.Reserved, -1);
-  EXPECT_GT(confidence(), 0);
-}
-
 TEST_F(Detection, FindsAllFacesAndStopsWhereTheRoomEnds) {
   TPicture picture = DiscPicture(600, 400, 150, 150, kDisc);
   const TPicture second = DiscPicture(600, 400, 440, 250, kDisc);
@@ -174,24 +165,6 @@ TEST_F(Detection, TheColoursAndTheAlphaReachTheGrayCopyByTheirRule) {
   const TPicture gray = PictureOf(image, 1);
   EXPECT_EQ(copy->Pixels[20 * copy->Step + 7], *gray.at(7, 0));
   EXPECT_EQ(copy->Pixels[31], *gray.at(31, 20));
-}
-
-using TrainedDetection = LibraryTest;
-
-TEST_F(TrainedDetection, FindsTheAverageFaces) {
-  HImage image;
-  ASSERT_EQ(VIZL_LoadImageFromFile(&image, TEST_DATA "/average_faces.png"), VIZLE_OK);
-  TFacePosition faces[20];
-  int count = 0;
-  ASSERT_EQ(VIZL_DetectMultipleFaces(image, &count, faces, sizeof faces), VIZLE_OK);
-  // The truth about the three largest, from the list beside the picture.
-  for (const TFacePosition& truth : {TFacePosition{96, 130, 118, 0, 0}, {526, 120, 92, 0, 0}, {387, 116, 92, 0, 10}}) {
-    const bool found = std::any_of(faces, faces + count, [&](const TFacePosition& face) {
-      return std::abs(face.xc - truth.xc) < truth.w / 4 && std::abs(face.yc - truth.yc) < truth.w / 4 &&
-             face.w > 7 * truth.w / 10 && face.w < 14 * truth.w / 10;
-    });
-    EXPECT_TRUE(found) << truth.xc << ", " << truth.yc;
-  }
 }
 
 }  // namespace

@@ -151,46 +151,4 @@ TEST_F(Features, AnInterruptEndsTheSearchEarlyWithPointsInTheImage) {
   EXPECT_TRUE(whole == again);
 }
 
-TEST_F(Features, ThreadsMaySearchAtOnce) {
-  const HImage images[] = {ImageOf(RandomPicture(120, 90, 3, 1)), ImageOf(RandomPicture(90, 120, 1, 2))};
-  std::vector<std::thread> threads;
-  for (const HImage image : {images[0], images[1], images[0]}) {
-    threads.emplace_back([image] {
-      TFound found;
-      EXPECT_EQ(searchInRegion(image, {45, 45, 50, 0, 0}, found), VIZLE_OK);
-      EXPECT_TRUE(found.Inside(120, 120));
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-}
-
-TEST_F(Features, AFaceIsExtractedByItsPoints) {
-  const TPicture picture = RandomPicture(200, 180, 3);
-  const HImage image = ImageOf(picture);
-  TPoint points[40], moved[40];
-  for (int n = 0; n < 40; ++n) points[n] = {60 + n, 50 + 2 * n};
-  HImage face = 0;
-  ASSERT_EQ(VIZL_ExtractFaceImage(image, &points, 64, 64, &face, &moved), VIZLE_OK);
-  EXPECT_NE(face, image);
-  // Points from (60, 50) to (99, 128): 58 by 93 pixels, made square, about the middle of the box.
-  const double scale = 64.0 / 92;
-  EXPECT_NEAR(WidthOf(face), 64, 1);
-  EXPECT_EQ(WidthOf(face), HeightOf(face));
-  EXPECT_NEAR(moved[39].x - moved[0].x, 39 * scale, 1.5);
-  EXPECT_NEAR(moved[39].y - moved[0].y, 78 * scale, 1.5);
-  EXPECT_NEAR(moved[0].x + moved[39].x, 64, 2);
-  EXPECT_TRUE(PictureOf(image, 3) == picture);
-
-  // A refusal leaves no image behind: the next one gets the next number.
-  HImage none = 4711, next = 0;
-  for (TPoint& point : points) point = {5, 5};
-  EXPECT_EQ(VIZL_ExtractFaceImage(image, &points, 64, 64, &none, &moved), VIZLE_INVALID_ARGUMENT);
-  points[7] = {90, 90};
-  EXPECT_EQ(VIZL_ExtractFaceImage(image, &points, INT_MAX, 64, &none, &moved), VIZLE_INVALID_ARGUMENT);
-  EXPECT_EQ(VIZL_ExtractFaceImage(image, &points, 0, 64, &none, &moved), VIZLE_INVALID_ARGUMENT);
-  EXPECT_EQ(none, 4711u);
-  ASSERT_EQ(VIZL_CreateEmptyImage(&next), VIZLE_OK);
-  EXPECT_EQ(next, face + 1);
-}
-
 }  // namespace

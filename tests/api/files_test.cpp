@@ -8,14 +8,6 @@ namespace {
 
 using Files = LibraryTest;
 
-// Means of the differences of two pictures of one size.
-double meanDifference(const TPicture& a, const TPicture& b) {
-  EXPECT_EQ(a.pixels.size(), b.pixels.size());
-  double sum = 0;
-  for (std::size_t i = 0; i < a.pixels.size(); ++i) sum += std::abs(a.pixels[i] - b.pixels[i]);
-  return sum / static_cast<double>(a.pixels.size());
-}
-
 // Smooth, so that JPEG keeps it.
 TPicture slope(int width, int height) {
   TPicture picture = PlainPicture(width, height, 3, 0);
@@ -50,17 +42,6 @@ TEST_F(Files, LosslessFormatsGiveThePictureBack) {
     HImage image;
     ASSERT_EQ(VIZL_LoadImageFromFile(&image, path.c_str()), VIZLE_OK) << name;
     EXPECT_TRUE(PictureOf(image, 3) == picture) << name;
-  }
-}
-
-TEST_F(Files, EveryJpegNameLoads) {
-  const TPicture picture = slope(48, 32);
-  for (const char* name : {"a.jpg", "a.JPG", "a.jpe", "a.jpeg", "a.JFIF", "photojpg"}) {
-    const std::string path = saved(picture, name);
-    EXPECT_TRUE(isJpeg(path)) << name;
-    HImage image;
-    ASSERT_EQ(VIZL_LoadImageFromFile(&image, path.c_str()), VIZLE_OK) << name;
-    EXPECT_LT(meanDifference(PictureOf(image, 3), picture), 4) << name;
   }
 }
 
@@ -154,14 +135,6 @@ TEST_F(Files, ChecksOfALoadComeInTheirOrder) {
   EXPECT_EQ(EmptyImage(), expected);
 }
 
-TEST_F(Files, AFolderOpensForReadingButNotForWriting) {
-  const std::string folder = TemporaryPath("folder.png");
-  std::filesystem::create_directories(folder);
-  HImage image;
-  EXPECT_EQ(VIZL_LoadImageFromFile(&image, folder.c_str()), VIZLE_BAD_IMAGE_FILE);
-  EXPECT_EQ(VIZL_SaveImageToFile(ImageOf(RandomPicture(5, 5, 3)), folder.c_str()), VIZLE_CANNOT_CREATE_FILE);
-}
-
 TEST_F(Files, ChecksOfASaveComeInTheirOrder) {
   const std::string nowhere = TemporaryPath("no_folder") + "/a.png";
   EXPECT_EQ(VIZL_SaveImageToFile(99, nowhere.c_str()), VIZLE_CANNOT_CREATE_FILE);
@@ -170,17 +143,6 @@ TEST_F(Files, ChecksOfASaveComeInTheirOrder) {
   EXPECT_EQ(VIZL_SaveImageToFile(99, path.c_str()), VIZLE_INVALID_ARGUMENT);
   EXPECT_TRUE(FileExists(path));
   EXPECT_TRUE(FileContent(path).empty()) << "emptied before the handle is looked at";
-}
-
-TEST_F(Files, AnEmptyImageHasAPictureOnlyAsBmp) {
-  const HImage image = EmptyImage();
-  EXPECT_EQ(VIZL_SaveImageToFile(image, TemporaryPath("empty.png").c_str()), VIZLE_IMAGE_IO_FAILED);
-  EXPECT_EQ(VIZL_SaveImageToFile(image, TemporaryPath("empty.jpg").c_str()), VIZLE_IMAGE_IO_FAILED);
-  const std::string path = TemporaryPath("empty.bmp");
-  EXPECT_EQ(VIZL_SaveImageToFile(image, path.c_str()), VIZLE_OK);
-  HImage loaded;
-  ASSERT_EQ(VIZL_LoadImageFromFile(&loaded, path.c_str()), VIZLE_OK);
-  EXPECT_TRUE(PictureOf(loaded, 3) == PlainPicture(1, 1, 3, 255));
 }
 
 TEST_F(Files, AJpegTakesTheQualityOfItsContext) {

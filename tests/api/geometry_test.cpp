@@ -104,19 +104,6 @@ TEST_F(GeometryCalls, TurnedRectanglesAndRatiosWithoutPixelsGiveEmptyImages) {
   expectEmpty(dest);
 }
 
-TEST_F(GeometryCalls, SidesOfAResizeFollowTheSizeRule) {
-  const HImage source = ImageOf(RandomPicture(100, 97, 3)), dest = EmptyImage();
-  const struct {
-    double ratio;
-    int width, height;
-  } sizes[] = {{1.0, 99, 96}, {0.5, 49, 48}, {2.0, 199, 193}, {2.5, 250, 242}, {3.0, 300, 291}, {40.4 / 100, 40, 39}};
-  for (const auto& size : sizes) {
-    ASSERT_EQ(VIZL_ResizeImage(source, size.ratio, dest), VIZLE_OK);
-    EXPECT_EQ(WidthOf(dest), size.width) << size.ratio;
-    EXPECT_EQ(HeightOf(dest), size.height) << size.ratio;
-  }
-}
-
 // One bright pixel shows the sense of the angle and the centre.
 TEST_F(GeometryCalls, PositiveAnglesTurnClockwise) {
   TPicture picture = PlainPicture(21, 21, 3, 0);
@@ -138,16 +125,6 @@ TEST_F(GeometryCalls, RectanglesCountRowsFromTheTop) {
   ASSERT_EQ(cut.width, 4);
   ASSERT_EQ(cut.height, 2);
   for (int i = 0; i < 8; ++i) EXPECT_EQ(cut.at(i % 4, i / 4)[1], picture.at(3 + i % 4, 1 + i / 4)[1]);
-}
-
-TEST_F(GeometryCalls, OutsideThePictureIsBlackWithTheAlphaOfTheRule) {
-  const HImage source = ImageOf(PlainPicture(10, 10, 4, 200)), dest = EmptyImage();
-  ASSERT_EQ(VIZL_CopyRect(source, -2, -2, 3, 3, dest), VIZLE_OK);
-  EXPECT_EQ(PictureOf(dest, 4).at(0, 0)[0], 0);
-  EXPECT_EQ(PictureOf(dest, 4).at(0, 0)[3], 0) << "partly missed";
-  EXPECT_EQ(PictureOf(dest, 4).at(2, 2)[3], 200);
-  ASSERT_EQ(VIZL_CopyRect(source, 20, 20, 23, 23, dest), VIZLE_OK);
-  EXPECT_EQ(PictureOf(dest, 4).at(0, 0)[3], 255) << "wholly missed";
 }
 
 }  // namespace

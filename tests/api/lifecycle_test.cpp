@@ -109,20 +109,4 @@ TEST(Resources, AreFoundByTheirExactNamesWhileTheTableStands) {
   EXPECT_EQ(VIZL_Finalize(), VIZLE_OK);
 }
 
-TEST(Resources, TypesTellTheSizes) {
-  VIZL_resInit();
-  const struct {
-    const char* name;
-    std::size_t size;
-  } resources[] = {{"CDATA", sizeof VIZL_resu1},
-                   {"EYESVM", sizeof VIZL_resu2},
-                   {"EYESVM2", sizeof VIZL_resu3},
-                   {"MW", sizeof VIZL_resu4}};
-  for (const auto& resource : resources) {
-    EXPECT_EQ(VIZL_resType(resource.name), "unknown " + std::to_string(resource.size));
-  }
-  ASSERT_EQ(VIZL_Initialize(""), VIZLE_OK);
-  EXPECT_EQ(VIZL_Finalize(), VIZLE_OK);
-}
-
 }  // namespace

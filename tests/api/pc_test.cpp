@@ -219,19 +219,4 @@ TEST_F(Pc, TheHandleIsFreedAlsoWhenThereIsNoFace) {
   EXPECT_FALSE(IsValid(image));
 }
 
-TEST_F(Pc, AJpegPortraitTakesTheContextsQuality) {
-  const std::string face = facePath(), fine = TemporaryPath("fine.jpg"), coarse = TemporaryPath("coarse.jpg");
-  ASSERT_EQ(pcPortraitCut_C(face.c_str(), fine.c_str(), 200, 200, context), VIZLE_OK);
-  ASSERT_EQ(pcSetJpegQuality_C(1, context), VIZLE_OK);
-  ASSERT_EQ(pcPortraitCut_C(face.c_str(), coarse.c_str(), 200, 200, context), VIZLE_OK);
-  EXPECT_LT(FileContent(coarse).size(), FileContent(fine).size());
-}
-
-TEST(PcLifecycle, StartsAndStopsTheLibrary) {
-  EXPECT_EQ(pcInitialize(), VIZLE_OK);
-  EXPECT_EQ(EmptyImage(), 0u);
-  EXPECT_EQ(pcFinalize(), VIZLE_OK);
-  EXPECT_EQ(pcFinalize(), VIZLE_INVALID_ARGUMENT);
-}
-
 }  // namespace

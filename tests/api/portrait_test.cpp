@@ -29,18 +29,6 @@ class Portrait : public LibraryTest {
   }
 };
 
-TEST_F(Portrait, TheFrameLiesAroundTheFace) {
-  const HImage image = ImageOf(DiscPicture(900, 700, 450, 350, 60));
-  TFacePosition face;
-  ASSERT_EQ(VIZL_DetectFace(image, &face), VIZLE_OK);
-  Frame frame;
-  ASSERT_EQ(find(image, 300, 400, 1, 0, 0, frame), VIZLE_OK);
-  EXPECT_NEAR((frame.x1 + frame.x2) / 2, 450, 15);
-  EXPECT_NEAR((frame.y1 + frame.y2) / 2, 350, 15);
-  EXPECT_NEAR(frame.x2 - frame.x1, 1.2 * face.w, 0.2 * face.w);
-  EXPECT_NEAR(frame.y2 - frame.y1, 1.6 * face.w, 0.3 * face.w);
-}
-
 // By features, the frame is the one around a face at the found eyes, whatever they are.
 TEST_F(Portrait, FeaturesFrameByTheEyes) {
   const HImage image = ImageOf(DiscPicture(900, 700, 450, 350, 60));

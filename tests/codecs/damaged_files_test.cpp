@@ -92,44 +92,28 @@ Bytes withChangedBytes(Bytes bytes, std::mt19937& random) {
   return bytes;
 }
 
-TEST_P(Damaged, ChangedBytesMatchTheDecoderOrFailCleanly) {
+TEST_P(Damaged, ChangedBytesMatchTheDecoderOrFailCleanlyAndSilently) {
   Folder folder;
   const std::string name = folder / "changed";
   std::mt19937 random(92);
+  std::vector<Bytes> files;
   for (const Bytes& whole : smallFiles(GetParam())) {
-    for (int i = 0; i < 700; ++i) {
-      const Bytes changed = withChangedBytes(whole, random);
-      if (GetParam() == kBmp) {
-        writeFile(name, changed);
-        TIppiImage image(kByteModes[i % 3]);
-        loadFile(image, name, kBmp);
-        ASSERT_TRUE(soundImage(image));
-      } else {
-        ASSERT_NO_FATAL_FAILURE(checkAgainstDecoder(changed, GetParam(), kByteModes[i % 3])) << i;
-      }
-    }
+    for (int i = 0; i < 700; ++i) files.push_back(withChangedBytes(whole, random));
   }
-}
-
-TEST_P(Damaged, NothingIsPrintedAndNoFileStaysOpen) {
-  Folder folder;
-  const std::string name = folder / "bad";
-  std::mt19937 random(93);
   const int before = openDescriptors();
   const std::string printed = printedBy([&] {
-    for (const Bytes& whole : smallFiles(GetParam())) {
-      for (int i = 0; i < 150; ++i) {
-        Bytes bad = i % 2 == 0 ? withChangedBytes(whole, random) : whole;
-        if (i % 2 == 1) bad.resize(random() % bad.size());
-        writeFile(name, bad);
-        TIppiImage image(kByteModes[i % 3]);
-        loadFile(image, name, GetParam());
-        if (GetParam() != kBmp) loadBuffer(image, bad, GetParam());
-      }
+    for (std::size_t i = 0; i < files.size(); i += GetParam() == kBmp ? 1 : 5) {
+      writeFile(name, files[i]);
+      TIppiImage image(kByteModes[i % 3]);
+      loadFile(image, name, GetParam());
+      ASSERT_TRUE(soundImage(image));
     }
   });
   EXPECT_EQ(printed, "");
   EXPECT_EQ(openDescriptors(), before);
+  for (std::size_t i = 0; GetParam() != kBmp && i < files.size(); ++i) {
+    ASSERT_NO_FATAL_FAILURE(checkAgainstDecoder(files[i], GetParam(), kByteModes[i % 3])) << i;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, Damaged, testing::Values(kJpeg, kPng, kBmp), [](const auto& format) {

@@ -23,92 +23,37 @@ constexpr JpegCoding kArithmetic = JpegCoding::kArithmetic, kArithmeticProgressi
 // The largest square of three bytes a pixel, and the largest of which a file need not hold anything.
 constexpr int kLargest = 26740, kTrusted = 8192;
 
+// Files are made where they are measured.
+#define LATER(...) [] { return __VA_ARGS__; }
+
 const std::vector<Case>& cases() {
   static const std::vector<Case> all = {
-      {"JPEG, header alone, 65,500 by 65,500", Format::kJpeg,
-       [] {
-         return emptyJpeg({65500, 65500, 3}, kBaseline);
-       }},
-      {"JPEG, header alone, 20,000 by 20,000", Format::kJpeg,
-       [] {
-         return emptyJpeg({20000, 20000, 3}, kBaseline);
-       }},
-      {"JPEG, header alone, 8,192 by 8,192", Format::kJpeg,
-       [] {
-         return emptyJpeg({kTrusted, kTrusted, 3}, kBaseline);
-       }},
-      {"the same, progressive", Format::kJpeg,
-       [] {
-         return emptyJpeg({kTrusted, kTrusted, 3}, kProgressive);
-       }},
-      {"the same, arithmetic", Format::kJpeg,
-       [] {
-         return emptyJpeg({kTrusted, kTrusted, 3}, kArithmetic);
-       }},
+      {"JPEG, header alone, 65,500 by 65,500", Format::kJpeg, LATER(emptyJpeg({65500, 65500, 3}, kBaseline))},
+      {"JPEG, header alone, 20,000 by 20,000", Format::kJpeg, LATER(emptyJpeg({20000, 20000, 3}, kBaseline))},
+      {"JPEG, header alone, 8,192 by 8,192", Format::kJpeg, LATER(emptyJpeg({kTrusted, kTrusted, 3}, kBaseline))},
+      {"the same, progressive", Format::kJpeg, LATER(emptyJpeg({kTrusted, kTrusted, 3}, kProgressive))},
+      {"the same, arithmetic", Format::kJpeg, LATER(emptyJpeg({kTrusted, kTrusted, 3}, kArithmetic))},
       {"the same, arithmetic and progressive", Format::kJpeg,
-       [] {
-         return emptyJpeg({kTrusted, kTrusted, 3}, kArithmeticProgressive);
-       }},
+       LATER(emptyJpeg({kTrusted, kTrusted, 3}, kArithmeticProgressive))},
       {"JPEG, header alone, arithmetic, 26,740 by 26,740", Format::kJpeg,
-       [] {
-         return emptyJpeg({kLargest, kLargest, 3}, kArithmetic);
-       }},
+       LATER(emptyJpeg({kLargest, kLargest, 3}, kArithmetic))},
       {"JPEG, progressive, 20,000 empty scans, 8,000 by 8,000 gray", Format::kJpeg,
-       [] {
-         return manyScans({8000, 8000, 1}, kProgressive, 20000);
-       }},
-      {"the same in colour", Format::kJpeg,
-       [] {
-         return manyScans({8000, 8000, 3}, kProgressive, 20000);
-       }},
-      {"the same, arithmetic", Format::kJpeg,
-       [] {
-         return manyScans({8000, 8000, 3}, kArithmeticProgressive, 20000);
-       }},
-      {"the same of 2,000 scans, 500 by 500", Format::kJpeg,
-       [] {
-         return manyScans({500, 500, 3}, kProgressive, 2000);
-       }},
+       LATER(manyScans({8000, 8000, 1}, kProgressive, 20000))},
+      {"the same in colour", Format::kJpeg, LATER(manyScans({8000, 8000, 3}, kProgressive, 20000))},
+      {"the same, arithmetic", Format::kJpeg, LATER(manyScans({8000, 8000, 3}, kArithmeticProgressive, 20000))},
+      {"the same of 2,000 scans, 500 by 500", Format::kJpeg, LATER(manyScans({500, 500, 3}, kProgressive, 2000))},
       {"the same of 1,000 scans, 26,740 by 26,740 gray", Format::kJpeg,
-       [] {
-         return manyScans({kLargest, kLargest, 1}, kProgressive, 995, 1500000);
-       }},
-      {"the same in colour", Format::kJpeg,
-       [] {
-         return manyScans({kLargest, kLargest, 3}, kProgressive, 991, 4300000);
-       }},
-      {"JPEG of one colour, 26,740 by 26,740", Format::kJpeg,
-       [] {
-         return flatJpeg({kLargest, kLargest, 3}, kBaseline);
-       }},
-      {"the same, progressive", Format::kJpeg,
-       [] {
-         return flatJpeg({kLargest, kLargest, 3}, kProgressive);
-       }},
-      {"the same, progressive, gray", Format::kJpeg,
-       [] {
-         return flatJpeg({kLargest, kLargest, 1}, kProgressive);
-       }},
+       LATER(manyScans({kLargest, kLargest, 1}, kProgressive, 995, 1500000))},
+      {"the same in colour", Format::kJpeg, LATER(manyScans({kLargest, kLargest, 3}, kProgressive, 991, 4300000))},
+      {"JPEG of one colour, 26,740 by 26,740", Format::kJpeg, LATER(flatJpeg({kLargest, kLargest, 3}, kBaseline))},
+      {"the same, progressive", Format::kJpeg, LATER(flatJpeg({kLargest, kLargest, 3}, kProgressive))},
+      {"the same, progressive, gray", Format::kJpeg, LATER(flatJpeg({kLargest, kLargest, 1}, kProgressive))},
       {"PNG, header alone, 65,535 by 10,000", Format::kPng,
-       [] {
-         return pngWithSides(flatPng({8, 8, 3}, false), 65535, 10000);
-       }},
-      {"PNG of zeros, 26,740 by 26,740", Format::kPng,
-       [] {
-         return flatPng({kLargest, kLargest, 3}, false);
-       }},
-      {"the same, interlaced", Format::kPng,
-       [] {
-         return flatPng({kLargest, kLargest, 3}, true);
-       }},
-      {"the same, interlaced, gray", Format::kPng,
-       [] {
-         return flatPng({kLargest, kLargest, 1}, true);
-       }},
-      {"PNG of zeros with alpha, 23,000 by 23,000, interlaced", Format::kPng,
-       [] {
-         return flatPng({23000, 23000, 4}, true);
-       }},
+       LATER(pngWithSides(flatPng({8, 8, 3}, false), 65535, 10000))},
+      {"PNG of zeros, 26,740 by 26,740", Format::kPng, LATER(flatPng({kLargest, kLargest, 3}, false))},
+      {"the same, interlaced", Format::kPng, LATER(flatPng({kLargest, kLargest, 3}, true))},
+      {"the same, interlaced, gray", Format::kPng, LATER(flatPng({kLargest, kLargest, 1}, true))},
+      {"PNG of zeros with alpha, 23,000 by 23,000, interlaced", Format::kPng, LATER(flatPng({23000, 23000, 4}, true))},
       {"PNG, 8 by 8, 256 MiB of zeros in 260 kB of a colour profile", Format::kPng,
        [] {
          Bytes profile(3, 0);
@@ -118,21 +63,11 @@ const std::vector<Case>& cases() {
          return pngWithChunk(flatPng({8, 8, 3}, false), "iCCP", profile);
        }},
       {"PNG, 8 by 8, the same behind the last row", Format::kPng,
-       [] {
-         return pngWithSides(flatPng({8, 1 << 23, 4}, false), 8, 8);
-       }},
-      {"BMP, header alone, 26,740 by 26,740", Format::kBmp,
-       [] {
-         return flatBmp({kLargest, kLargest}, 24, 0);
-       }},
-      {"BMP, header alone, 8,192 by 8,192", Format::kBmp,
-       [] {
-         return flatBmp({kTrusted, kTrusted}, 24, 0);
-       }},
+       LATER(pngWithSides(flatPng({8, 1 << 23, 4}, false), 8, 8))},
+      {"BMP, header alone, 26,740 by 26,740", Format::kBmp, LATER(flatBmp({kLargest, kLargest}, 24, 0))},
+      {"BMP, header alone, 8,192 by 8,192", Format::kBmp, LATER(flatBmp({kTrusted, kTrusted}, 24, 0))},
       {"BMP of 1 bit, a sixteenth there, 26,740 by 26,740", Format::kBmp,
-       [] {
-         return flatBmp({kLargest, kLargest}, 1, 1.0 / 16 + 0.0001);
-       }},
+       LATER(flatBmp({kLargest, kLargest}, 1, 1.0 / 16 + 0.0001))},
   };
   return all;
 }

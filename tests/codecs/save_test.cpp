@@ -65,28 +65,6 @@ INSTANTIATE_TEST_SUITE_P(Modes, Save, testing::ValuesIn(kByteModes),
 
 class SaveTarget : public Save {};
 
-TEST_F(SaveTarget, PlacesThatCannotBeWrittenAreReported) {
-  TIppiImage image(imRGB24);
-  fillRandom(image, 300, 300, 124);
-  const int before = openDescriptors();
-  const std::string printed = printedBy([&] {
-    for (const char* name : {"/nonexistent/folder/out", "/", static_cast<const char*>(nullptr)}) {
-      EXPECT_EQ(image.SaveToJpegFile(name, 0), -1);
-      EXPECT_EQ(image.SaveToPngFile(name), -1);
-      EXPECT_EQ(image.SaveToFile(name), -1);
-    }
-    // The device behaves like a full disk; small pictures fail only when the file is closed.
-    for (const int side : {2, 300}) {
-      fillRandom(image, side, side, 125);
-      EXPECT_EQ(image.SaveToJpegFile("/dev/full", 0), -1);
-      EXPECT_LE(image.SaveToPngFile("/dev/full"), -5);
-      image.SaveToFile("/dev/full");
-    }
-  });
-  EXPECT_EQ(printed, "");
-  EXPECT_EQ(openDescriptors(), before);
-}
-
 TEST_F(SaveTarget, PicturesWithoutPixels) {
   const std::string name = folder_ / "out";
   const std::string printed = printedBy([&] {
