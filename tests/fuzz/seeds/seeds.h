@@ -1,6 +1,4 @@
-// Inputs that fuzzing starts from, made anew each time, for the targets that read their input as choices. Those of the
-// files' formats are kept in the corpus, as seed_*: files of every form that the formats have, and with every part
-// moved, doubled, lost and lying.
+// The inputs that fuzzing starts from, made anew each time: the same bytes on every machine with the same libjpeg.
 #pragma once
 
 #include <cstdint>
@@ -15,9 +13,16 @@ struct Seed {
 };
 using Seeds = std::vector<Seed>;
 
+Seeds jpegSeeds();
+Seeds pngSeeds();
+Seeds bmpSeeds();
+Seeds gridSeeds();
 Seeds detectSeeds();
-// Bytes of no meaning, of several lengths.
+// For targets that read their input as choices: bytes of no meaning, of several lengths.
 Seeds choiceSeeds(const std::string& target);
 
-// Those of a target by its name ("calls", ...); none for a format.
+// Those of a target by its name ("jpeg", ...).
 Seeds seedsOf(const std::string& target);
+
+// Typical damage to a file of any format: cut short at several places, bytes missing, doubled and changed.
+void addDamaged(Seeds& seeds, Seed whole);
