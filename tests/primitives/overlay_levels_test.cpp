@@ -1,94 +1,55 @@
 // Every overlay kernel of a faster level against the portable one, on random input of odd sizes at odd addresses; the
 // bytes around the output count too.
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <random>
-#include <string>
-#include <vector>
-
 #include "primitives/ippi.h"
-#include "primitives/kernels.h"
+#include "tests/primitives/level_test.h"
 
 namespace {
 
-constexpr std::size_t kGuard = 32;
-
-class OverlayLevels : public testing::TestWithParam<CpuLevel> {
- protected:
-  void SetUp() override {
-    if (kernelsOf(GetParam()) == nullptr) GTEST_SKIP() << "this processor lacks the level";
-  }
-
-  int upTo(int most) { return 1 + static_cast<int>(random_() % static_cast<unsigned>(most)); }
-
-  std::vector<float> randomFloats(std::size_t count, float low, float high) {
-    std::vector<float> values(count);
-    for (float& value : values) value = std::uniform_real_distribution<float>(low, high)(random_);
-    return values;
-  }
-
-  // Runs `call(kernels, out)` for both tables on the same content and compares the output with its guards.
-  template <class T, class Call>
-  void expectSame(std::size_t count, Call call) {
-    const std::size_t shift = random_() % 16;
-    std::vector<T> a(count + 2 * kGuard);
-    for (T& value : a) value = static_cast<T>(random_() % 256);
-    std::vector<T> b = a;
-    const std::vector<T> before = a;
-    call(kernelsOf(CpuLevel::base)->overlay, a.data() + shift);
-    call(kernelsOf(GetParam())->overlay, b.data() + shift);
-    ASSERT_EQ(0, std::memcmp(a.data(), b.data(), a.size() * sizeof(T)));
-    for (std::size_t k = shift + count; k < a.size(); ++k) ASSERT_EQ(b[k], before[k]) << "written behind the end";
-  }
-
-  std::mt19937 random_{4712};
-};
+class OverlayLevels : public LevelTest {};
 
 TEST_P(OverlayLevels, GaussRows) {
   for (int round = 0; round < 300; ++round) {
-    const int count = upTo(round % 3 == 0 ? 300 : 40), taps = 1 + 2 * upTo(40);
+    const int count = UpTo(round % 3 == 0 ? 300 : 40), taps = 1 + 2 * UpTo(40);
     const auto n = static_cast<std::size_t>(count), t = static_cast<std::size_t>(taps);
-    const std::vector<float> row = randomFloats(n + t - 1, -255.0F, 255.0F), weights = randomFloats(t, 0.0F, 0.1F);
-    expectSame<float>(n, [&](const OverlayKernels& kernel, float* out) {
-      kernel.gaussRow(row.data(), weights.data(), taps, out, count);
+    const std::vector<float> row = Floats(n + t - 1, -255.0F, 255.0F), weights = Floats(t, 0.0F, 0.1F);
+    ExpectSame<float>(n, [&](const Kernels& level, float* out) {
+      level.overlay.gaussRow(row.data(), weights.data(), taps, out, count);
     });
   }
 }
 
 TEST_P(OverlayLevels, GaussColumns) {
   for (int round = 0; round < 300; ++round) {
-    const int count = upTo(round % 3 == 0 ? 200 : 40), taps = 1 + 2 * upTo(round % 2 == 0 ? 2 : 30);
-    const int outputs = std::min(upTo(kGaussOutputs), taps), step = count + upTo(5) - 1;
+    const int count = UpTo(round % 3 == 0 ? 200 : 40), taps = 1 + 2 * UpTo(round % 2 == 0 ? 2 : 30);
+    const int outputs = std::min(UpTo(kGaussOutputs), taps), step = count + UpTo(5) - 1;
     const auto n = static_cast<std::size_t>(count), t = static_cast<std::size_t>(taps);
-    const std::vector<float> weights = randomFloats(t, 0.0F, 0.1F);
+    const std::vector<float> weights = Floats(t, 0.0F, 0.1F);
     std::vector<std::vector<float>> lines;
     std::vector<const float*> rows;
-    for (int r = 0; r < taps + outputs - 1; ++r) lines.push_back(randomFloats(n, -255.0F, 255.0F));
+    for (int r = 0; r < taps + outputs - 1; ++r) lines.push_back(Floats(n, -255.0F, 255.0F));
     for (const std::vector<float>& line : lines) rows.push_back(line.data());
     const auto size = static_cast<std::size_t>(step * (outputs - 1) + count);
-    expectSame<float>(size, [&](const OverlayKernels& kernel, float* out) {
-      kernel.gaussColumns(rows.data(), weights.data(), taps, out, step * 4, outputs, count);
+    ExpectSame<float>(size, [&](const Kernels& level, float* out) {
+      level.overlay.gaussColumns(rows.data(), weights.data(), taps, out, step * 4, outputs, count);
     });
   }
 }
 
 TEST_P(OverlayLevels, MatchedRows) {
   for (int round = 0; round < 300; ++round) {
-    const auto count = static_cast<std::size_t>(upTo(30));
+    const auto count = static_cast<std::size_t>(UpTo(30));
     // Values about the least mean, and ratios from far below 1 to far above.
     const float high = round % 3 == 0 ? 2e-5F : round % 3 == 1 ? 1.0F : 255.0F;
-    const std::vector<float> a = randomFloats(4 * count, 0.0F, high), b = randomFloats(4 * count, -2e-5F, 255.0F);
-    const std::vector<float> c = randomFloats(4 * count, 0.0F, 255.0F), d = randomFloats(4 * count, 0.0F, high);
+    const std::vector<float> a = Floats(4 * count, 0.0F, high), b = Floats(4 * count, -2e-5F, 255.0F);
+    const std::vector<float> c = Floats(4 * count, 0.0F, 255.0F), d = Floats(4 * count, 0.0F, high);
     const unsigned channels = random_() % 8;
-    expectSame<Ipp8u>(4 * count, [&](const OverlayKernels& kernel, Ipp8u* pixels) {
-      kernel.matchRow(pixels, {a.data(), b.data(), c.data(), d.data()}, channels, count);
+    ExpectSame<Ipp8u>(4 * count, [&](const Kernels& level, Ipp8u* pixels) {
+      level.overlay.matchRow(pixels, {a.data(), b.data(), c.data(), d.data()}, channels, count);
     });
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, OverlayLevels, testing::Values(CpuLevel::sse41, CpuLevel::avx2),
-                         [](const auto& instance) { return std::string(cpuLevelName(instance.param)); });
+INSTANTIATE_TEST_SUITE_P(Levels, OverlayLevels, testing::Values(CpuLevel::sse41, CpuLevel::avx2), levelName);
 
 TEST(PlanesOfFourChannels, ComeApartAndTogether) {
   std::mt19937 random(3);

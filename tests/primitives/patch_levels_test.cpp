@@ -1,36 +1,17 @@
 // The kernels of the search for facial points: every level against the portable one, and that one against plain sums.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <memory>
-#include <random>
-#include <string>
-#include <vector>
 
 #include "primitives/ipps.h"
-#include "primitives/kernels.h"
+#include "tests/primitives/level_test.h"
 
 namespace {
 
-class PatchLevels : public testing::TestWithParam<CpuLevel> {
+class PatchLevels : public LevelTest {
  protected:
-  void SetUp() override {
-    if (kernelsOf(GetParam()) == nullptr) GTEST_SKIP() << "this processor lacks the level";
-  }
-
-  const PatchKernels& Kernel() { return kernelsOf(GetParam())->patch; }
-  const PatchKernels& Base() { return kernelsOf(CpuLevel::base)->patch; }
-
-  std::vector<float> Floats(std::size_t count, float low, float high) {
-    std::vector<float> values(count);
-    for (float& value : values) value = std::uniform_real_distribution<float>(low, high)(random_);
-    return values;
-  }
-
-  std::mt19937 random_{17};
+  const PatchKernels& Kernel() { return Level().patch; }
 };
 
 bool sameBits(const float* a, const float* b, std::size_t count) {
@@ -50,8 +31,7 @@ float plainDotProduct(const float* a, const float* b, std::size_t count) {
 TEST_P(PatchLevels, DotProducts) {
   for (std::size_t count = 1; count < 90; ++count) {
     const std::vector<float> a = Floats(count + 1, -2, 2), b = Floats(count + 1, -2, 2);
-    EXPECT_EQ(kernelsOf(GetParam())->vector.dotProd(a.data() + 1, b.data(), count),
-              plainDotProduct(a.data() + 1, b.data(), count));
+    EXPECT_EQ(Level().vector.dotProd(a.data() + 1, b.data(), count), plainDotProduct(a.data() + 1, b.data(), count));
   }
 }
 
@@ -152,7 +132,7 @@ TEST_P(PatchLevels, ShapesAndTheirScores) {
     const auto* asRows = reinterpret_cast<const ShapeRow*>(parameters.data());
     std::vector<float> a(count * kShapeLanes), b = a;
     auto* nodes = reinterpret_cast<ShapeRow*>(a.data());
-    Base().bendShapes(model, asRows, cosines, sines, nodes);
+    Base().patch.bendShapes(model, asRows, cosines, sines, nodes);
     Kernel().bendShapes(model, asRows, cosines, sines, reinterpret_cast<ShapeRow*>(b.data()));
     for (std::size_t k = 0; k < a.size(); ++k) {
       ASSERT_TRUE(sameBits(&a[k], &b[k], 1) || (std::isnan(a[k]) && std::isnan(b[k]))) << round << ", " << k;
@@ -165,7 +145,7 @@ TEST_P(PatchLevels, ShapesAndTheirScores) {
     const ScoreTables tables{scores.data(), coordinates / 2, 3, round % 7 ? 253.0F : 4.0F, 253};
     ShapeRow base = {}, level = {};
     std::vector<Ipp8u> baseMissing(count / 2 + 1, 7), missing = baseMissing;
-    const bool known = Base().meanScores(tables, nodes, base, baseMissing.data());
+    const bool known = Base().patch.meanScores(tables, nodes, base, baseMissing.data());
     EXPECT_EQ(Kernel().meanScores(tables, nodes, level, missing.data()), known);
     EXPECT_EQ(missing, baseMissing);
     EXPECT_EQ(missing.back(), 7);
@@ -201,7 +181,7 @@ TEST_P(PatchLevels, UnknownScoresAreTold) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, PatchLevels, testing::Values(CpuLevel::base, CpuLevel::sse41, CpuLevel::avx2),
-                         [](const auto& instance) { return std::string(cpuLevelName(instance.param)); });
+                         levelName);
 
 TEST(VectorPrimitives, WorkInPlaceOnEveryLength) {
   std::mt19937 random(2);
