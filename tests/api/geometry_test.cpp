@@ -88,22 +88,6 @@ TEST_F(GeometryCalls, RefuseResultsThatAreTooLarge) {
   expectRefused([](HImage i) { return VIZL_CopyRect(i, INT_MIN, INT_MIN, INT_MAX, INT_MAX, i); });
 }
 
-TEST_F(GeometryCalls, TurnedRectanglesAndRatiosWithoutPixelsGiveEmptyImages) {
-  const HImage source = ImageOf(RandomPicture(9, 7, 3));
-  const auto expectEmpty = [](HImage dest) { EXPECT_TRUE(WidthOf(dest) == 0 || HeightOf(dest) == 0); };
-  const HImage dest = EmptyImage();
-  for (double ratio : {0.0, -1.0, 0.05, -1e300}) {
-    ASSERT_EQ(VIZL_ResizeImage(source, ratio, dest), VIZLE_OK) << ratio;
-    expectEmpty(dest);
-  }
-  ASSERT_EQ(VIZL_CopyRect(source, 5, 0, 4, 3, dest), VIZLE_OK);
-  expectEmpty(dest);
-  ASSERT_EQ(VIZL_CopyRect(source, 5, 0, 2, 3, dest), VIZLE_OK);
-  expectEmpty(dest);
-  ASSERT_EQ(VIZL_CopyRect(source, INT_MAX, INT_MAX, INT_MIN, INT_MIN, dest), VIZLE_OK);
-  expectEmpty(dest);
-}
-
 // One bright pixel shows the sense of the angle and the centre.
 TEST_F(GeometryCalls, PositiveAnglesTurnClockwise) {
   TPicture picture = PlainPicture(21, 21, 3, 0);

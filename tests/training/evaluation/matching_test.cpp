@@ -48,18 +48,5 @@ TEST(FaceSquareOfEyes, StandsWhereTheGeometrySays) {
   EXPECT_NEAR(lying.roll, 90, 1e-9);
 }
 
-TEST(Judge, TakesTheNearestAndCountsTheOthers) {
-  const std::vector<Detection> detections = {
-      {210, 100, 80, 1}, {202, 100, 90, 2}, {300, 100, 80, 3}, {200, 110, 80, 4}, {200, 100, 200, 5}};
-  const PictureResult result = judge(kTruth, detections, Criterion{});
-  ASSERT_TRUE(result.found);
-  EXPECT_EQ(result.found->angle, 2);
-  EXPECT_EQ(result.repeats, 2);
-  ASSERT_EQ(result.falseDetections.size(), 2u);
-  EXPECT_EQ(result.falseDetections[0].angle, 3);
-  EXPECT_EQ(result.falseDetections[1].angle, 5);
-  EXPECT_FALSE(judge(kTruth, {}, Criterion{}).found);
-}
-
 }  // namespace
 }  // namespace evaluation
