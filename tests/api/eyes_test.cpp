@@ -2,10 +2,6 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
-#include <fstream>
-#include <sstream>
-#include <thread>
-#include <vector>
 
 #include "library_fixture.h"
 

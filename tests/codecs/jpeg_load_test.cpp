@@ -67,13 +67,4 @@ TEST(JpegLoad, SkippingPastTheEndOfTheBufferIsHarmless) {
   EXPECT_EQ(loadJpeg(image, bytes), decodeJpeg(bytes) ? 0 : -1);
 }
 
-TEST(JpegLoad, FilledImagesAreReplaced) {
-  TIppiImage image(imRGB24);
-  for (const int width : {50, 20, 90}) {
-    ASSERT_EQ(loadJpeg(image, writeJpeg(makeSamples(width, 11, 3), {})), 0);
-    EXPECT_EQ(image.Width, width);
-    EXPECT_TRUE(soundImage(image));
-  }
-}
-
 }  // namespace

@@ -71,28 +71,6 @@ INSTANTIATE_TEST_SUITE_P(Settings, Detection,
                          testing::Values(Settings{true, true, 150, {2, 3}}, Settings{true, false, 150, {1, 1}},
                                          Settings{false, true, 120, {2, 3}}, Settings{false, false, 200, {4, 5}}));
 
-TEST(CoarseDetection, MergesThePassesLikeTheReference) {
-  const TestCascade cascade = squareCascade();
-  const auto detector = makeDetector(cascade);
-  TMultiFaceDetector multi(detector.get());
-  for (const Settings& settings :
-       {Settings{true, true, 384, {2, 3}}, {true, true, 384, {1, 1}}, {false, true, 384, {2, 3}}}) {
-    const TestContext context(settings);
-    TIppiImage image;
-    makeScene(image, 9);
-    std::vector<TRectangle> faces;
-    int* passes = nullptr;
-    int* counts = nullptr;
-    multi.ResultDetectFaces(image, faces, passes, counts, context);
-    const std::unique_ptr<int[]> ownedPasses(passes), ownedCounts(counts);
-    const reference::Candidates wanted = reference::resultDetectFaces(cascade, image, settings);
-    EXPECT_TRUE(faces == wanted.rects);
-    EXPECT_FALSE(faces.empty());
-    EXPECT_EQ(std::vector<int>(passes, passes + faces.size()), wanted.passes);
-    EXPECT_EQ(std::vector<int>(counts, counts + faces.size()), wanted.counts);
-  }
-}
-
 // A picture without hits still hands out arrays for the caller to free.
 TEST(CoarseDetection, FindsNothingInAFlatPicture) {
   const auto detector = makeDetector(squareCascade());

@@ -3,7 +3,6 @@
 #include <limits>
 #include <stdexcept>
 
-#include "models/models.h"
 #include "tests/detect/scene.h"
 
 namespace {
@@ -23,20 +22,6 @@ TestCascade smallCascade() {
 
 void expectRefused(const std::vector<unsigned char>& stream) {
   EXPECT_THROW(TIppiFaceDetector(stream.data(), static_cast<unsigned>(stream.size())), std::invalid_argument);
-}
-
-TEST(DetectorLoad, OwnCascadeAgreesWithItsHeader) {
-  const auto word = [](int i) {
-    const unsigned char* p = class_dat + 4 * i;
-    return p[0] | p[1] << 8 | p[2] << 16 | p[3] << 24;
-  };
-  const TIppiFaceDetector d;
-  EXPECT_EQ(d.WindowWidth, word(0));
-  EXPECT_EQ(d.WindowHeight, word(1));
-  EXPECT_EQ(d.StageCount, word(2));
-  EXPECT_EQ(d.ClassifierCount, word(3));
-  EXPECT_EQ(d.FeatureCount, word(4));
-  EXPECT_EQ(class_dat_end - class_dat, 20 + 8 * d.StageCount + 16 * d.ClassifierCount + 20 * d.FeatureCount);
 }
 
 TEST(DetectorLoad, RefusesEveryCutAndAnExcess) {

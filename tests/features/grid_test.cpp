@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <numbers>
 #include <random>
 #include <utility>
@@ -49,17 +48,6 @@ TEST(Grid, TheCentreIsThatOfTheBoxOfTruncatedNodes) {
   EXPECT_EQ(centreOf(gridOf({{0, 0}, {1, 1}, {100, 10}})), TCentre(50, 5)) << "not the mean";
   EXPECT_EQ(centreOf(gridOf({{12100, 12100}, {12200, 12300}})), TCentre(11100, 11150)) << "the box starts at 10000";
   EXPECT_EQ(centreOf(gridOf({{-12100, 0}, {-12200, 0}})), TCentre(-11100, 0)) << "and at -10000";
-}
-
-TEST(Grid, NumbersBeyondIntAreHarmless) {
-  constexpr float kNaN = std::numeric_limits<float>::quiet_NaN(), kInfinity = std::numeric_limits<float>::infinity();
-  EXPECT_EQ(centreOf(gridOf({{kNaN, kNaN}})), TCentre(0, 0));
-  const TCentre centre = centreOf(gridOf({{-kInfinity, 1e30f}, {kInfinity, -1e30f}}));
-  EXPECT_NEAR(centre.first, 0, 1);
-  EXPECT_NEAR(centre.second, 0, 1);
-  TGrid grid = gridOf({{kInfinity, -1e30f}, {kNaN, 3}});
-  grid.Rotate(10, 10, 1.0f);
-  EXPECT_EQ(grid.NodeCount(), 2);
 }
 
 TEST(Grid, MovesScalesAndTurns) {
