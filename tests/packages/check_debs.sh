@@ -40,6 +40,8 @@ apt-get purge -q -y '*portraitcut*' >> /work/install.log
 ! ldconfig -p | grep portraitcut
 [ -z "$(find /usr /etc /var/lib /bin /lib -name '*portraitcut*')" ]
 END
-chroot "$root" /bin/sh /work/check "$version"
+# Nothing of this system's but its proxies: a compiler launcher told here, for one, is not there.
+env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root ${http_proxy:+http_proxy="$http_proxy"} \
+  ${https_proxy:+https_proxy="$https_proxy"} chroot "$root" /bin/sh /work/check "$version"
 rm -rf "$root"
 echo "check_debs: installed, used and removed"
