@@ -73,11 +73,16 @@ Ipp8u* placeOf(const Picture& picture, int offset) {
   return picture.pixels() == nullptr ? nullptr : picture.pixels() + offset;
 }
 
+// Where planes and operands beside each other begin; sizes that are to be refused have none.
+Ipp8u* sourceOf(const Picture& picture, int index, IppiSize size) {
+  return placeOf(picture, size.width > 0 ? index * size.width : 0);
+}
+
 template <int planes>
 auto joinPlanes(IppStatus (*function)(const Ipp8u* const*, int, Ipp8u*, int, IppiSize), bool equal) {
   return [=](const Picture& s, const Picture& d, IppiSize n) {
     const Ipp8u* pointers[planes];
-    for (int k = 0; k < planes; ++k) pointers[k] = placeOf(s, equal ? 0 : k * n.width);
+    for (int k = 0; k < planes; ++k) pointers[k] = sourceOf(s, equal ? 0 : k, n);
     return function(pointers, s.step(), d.pixels(), d.step(), n);
   };
 }
@@ -281,7 +286,7 @@ std::vector<Operation> compositions() {
   const auto pixel = [](const Picture& s, int x, int y) { return &s.at(x, y, 0); };
   return {{"AlphaComp", 4, 4,
            [=](const Picture& s, const Picture& d, IppiSize n) {
-             return comp(s.pixels(), s.step(), placeOf(s, 4 * n.width), s.step(), d, n);
+             return comp(s.pixels(), s.step(), placeOf(s, n.width > 0 ? 4 * n.width : 0), s.step(), d, n);
            },
            eachByte(4, [=](const Picture& s, int x, int y, int k,
                            IppiSize n) { return over(pixel(s, x, y), pixel(s, x + n.width, y), k); }),
