@@ -15,6 +15,7 @@
 #include "training/evaluation/neuro_data.h"
 #include "training/exit_code.h"
 #include "training/features/frame_collector.h"
+#include "training/features/grid_trainer.h"
 #include "training/features/manifest_line.h"
 #include "training/features/network_file.h"
 #include "training/features/node_trainer.h"
@@ -45,8 +46,15 @@ struct Options {
   std::vector<int> searchedKinds = {0, 1, 2, 3};
   SearchOptions search;
   bool forgetGrids = false;
+  GridTrainerOptions grids;
+  int gridRounds = 9;
+  int gridPasses = 12;
+  std::size_t gridSearched = 2000;
+  double gridShiftShare = 0.2;
   double shiftShare = 0.8;
-  double truncation = 0.43;  // half a pixel of the image in pixels of the frame, at the mean scale of the faces
+  // What the way back takes off on average, pixels of the frame: half a pixel of the image, since results are
+  // truncated, and as much as the rounding of the two crops' sizes shifts the picture against the points.
+  double truncation = 0.70;
   std::size_t checked = 150;
 };
 
@@ -72,6 +80,7 @@ class Training {
     prepare();
     if (options_.start.empty()) trainFirst();
     for (int round = 0; round < options_.rounds; ++round) runRound(round);
+    trainGrids();
     check();
     const auto stream = networksToStream(networks_);
     std::printf("%s\n%s\n", manifestLine("eigengrids.bin", bytesFrom(eigenGrids_), command).c_str(),
@@ -100,24 +109,30 @@ class Training {
     std::printf("%zu frames, %zu to train on; %.0f s\n", frames_.size(), trained_.size(), seconds() - start);
   }
 
+  std::vector<Shape> alignedShapes() const {
+    std::vector<Shape> shapes;
+    for (const std::size_t i : trained_) {
+      if (frames_[i].kind != FrameKind::Detected) continue;
+      Shape shape;
+      std::copy(frames_[i].points.begin(), frames_[i].points.end(), shape.begin());
+      shapes.push_back(alignedToMean(shape));
+    }
+    return shapes;
+  }
+
   void makeShapeRows() {
+    const std::vector<Shape> shapes = alignedShapes();
     if (!options_.startEigenGrids.empty()) {
       const auto bytes = evaluation::readBytes(options_.startEigenGrids);
       eigenGrids_.resize(kDeformations * kCoordinates);
       if (bytes.size() != eigenGrids_.size() * sizeof(float)) throw std::runtime_error("no deformations");
       std::memcpy(eigenGrids_.data(), bytes.data(), bytes.size());
     } else {
-      std::vector<Shape> shapes;
-      for (const std::size_t i : trained_) {
-        if (frames_[i].kind != FrameKind::Detected) continue;
-        Shape shape;
-        std::copy(frames_[i].points.begin(), frames_[i].points.end(), shape.begin());
-        shapes.push_back(alignedToMean(shape));
-      }
       const auto rows = chooseShapeRows(shapes);
       printShapeRows(rows, shapes);
       eigenGrids_ = eigenGridsOf(rows);
     }
+    spreads_ = spreadsAlong(eigenGrids_, shapes);
     writeBytes(options_.eigenGrids, eigenGrids_.data(), eigenGrids_.size() * sizeof(float));
   }
 
@@ -145,7 +160,7 @@ class Training {
   }
 
   // Searched frames differ from round to round.
-  std::vector<std::size_t> drawSearched(int round) const {
+  std::vector<std::size_t> drawSearched(int round, std::size_t count) const {
     std::vector<std::size_t> places(trained_.size());
     std::iota(places.begin(), places.end(), std::size_t{0});
     std::erase_if(places, [&](std::size_t p) {
@@ -154,30 +169,83 @@ class Training {
     });
     std::mt19937 random(options_.search.seed * 65537u + static_cast<unsigned>(round));
     std::shuffle(places.begin(), places.end(), random);
-    places.resize(std::min(places.size(), options_.searched));
+    places.resize(std::min(places.size(), count));
     return places;
+  }
+
+  // Searches these of the trained frames and moves the label shifts.
+  std::vector<SearchedFrame> searchAndShift(const std::vector<std::size_t>& places, const SearchOptions& search,
+                                            double shiftShare) {
+    const double start = seconds();
+    std::vector<std::size_t> chosen;
+    for (const std::size_t p : places) chosen.push_back(trained_[p]);
+    auto searched = searchFrames(frames_, chosen, networks_, eigenGrids_, search);
+    const auto errors = meanErrorsOf(frames_, chosen, searched);
+    correctShifts(set_.shifts, errors, shiftShare, options_.truncation);
+    std::printf("  searched %zu frames: inner error %.2f %%, offset of the inner nodes %.2f pixels; %.0f s\n",
+                chosen.size(), 100 * innerErrorOf(frames_, chosen, searched, options_.truncation), innerOffset(errors),
+                seconds() - start);
+    return searched;
   }
 
   void runRound(int round) {
     std::printf("round %d\n", round + 1);
     check();
-    const double start = seconds();
-    const std::vector<std::size_t> places = drawSearched(round);
-    std::vector<std::size_t> chosen;
-    for (const std::size_t p : places) chosen.push_back(trained_[p]);
-    const auto searched = searchFrames(frames_, chosen, networks_, eigenGrids_, options_.search);
+    const std::vector<std::size_t> places = drawSearched(round, options_.searched);
+    const auto searched = searchAndShift(places, options_.search, options_.shiftShare);
     if (options_.forgetGrids) set_.grids.assign(set_.frames.size(), {});
     for (std::size_t i = 0; i < places.size(); ++i) {
       auto& grids = set_.grids[places[i]] = searched[i].others;
       grids.push_back(searched[i].best);
       grids.push_back(searched[i].result);
     }
-    const auto errors = meanErrorsOf(frames_, chosen, searched);
-    correctShifts(set_.shifts, errors, options_.shiftShare, options_.truncation);
-    std::printf("  searched %zu frames: inner error %.2f %%, offset of the inner nodes %.2f pixels; %.0f s\n",
-                chosen.size(), 100 * innerErrorOf(frames_, chosen, searched, options_.truncation), innerOffset(errors),
-                seconds() - start);
     train(roundOptions(round));
+  }
+
+  // Rounds in which all networks learn together. A frame keeps the grids of the last searches that met it: networks
+  // which forget an old mistake would make it again.
+  void trainGrids() {
+    if (options_.gridRounds == 0) return;
+    set_.grids.assign(set_.frames.size(), {});
+    const GridCandidates candidates(eigenGrids_, spreads_, options_.grids.candidates);
+    const std::size_t visits = options_.gridSearched * static_cast<std::size_t>(options_.gridPasses);
+    const std::size_t steps = visits / options_.grids.batch * static_cast<std::size_t>(options_.gridRounds);
+    GridTrainer trainer(set_, candidates, options_.first, options_.grids, steps, networks_);
+    std::mt19937 random(options_.first.seed * 8191u);
+    std::vector<std::size_t> met;  // frames that have been searched, once for each time
+    for (int round = 0; round < options_.gridRounds; ++round) {
+      std::printf("round %d of all networks together\n", round + 1);
+      const auto places = drawSearched(options_.rounds + round, options_.gridSearched);
+      searchForGrids(places);
+      met.insert(met.end(), places.begin(), places.end());
+      trainOnGrids(trainer, places, met, visits, random);
+      check();
+    }
+  }
+
+  void searchForGrids(const std::vector<std::size_t>& places) {
+    constexpr std::size_t kKept = 6;  // grids of a frame, two of each search
+    SearchOptions search = options_.search;
+    search.samples = 0;
+    const auto searched = searchAndShift(places, search, options_.gridShiftShare);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      auto& grids = set_.grids[places[i]];
+      if (grids.size() == kKept) grids.erase(grids.begin(), grids.begin() + 2);
+      grids.push_back(searched[i].best);
+      grids.push_back(searched[i].result);
+    }
+  }
+
+  // The frames just searched once each, then any that were.
+  void trainOnGrids(GridTrainer& trainer, std::vector<std::size_t> places, const std::vector<std::size_t>& met,
+                    std::size_t visits, std::mt19937& random) {
+    const double start = seconds();
+    std::shuffle(places.begin(), places.end(), random);
+    while (places.size() < visits) places.push_back(met[random() % met.size()]);
+    const GridLosses losses = trainer.train(places);
+    std::printf("  trained: risk %.3f %%, mean squared error %.4f; %.0f s\n", losses.risk, losses.squares,
+                seconds() - start);
+    save();
   }
 
   // A round's training differs from the first one in its length alone.
@@ -220,6 +288,7 @@ class Training {
   std::vector<std::size_t> checked_;
   TrainingSet set_;  // of the trained frames
   std::vector<float> eigenGrids_;
+  std::vector<double> spreads_;  // of the faces along these rows
   std::vector<NodeNetwork> networks_;
 };
 
@@ -235,6 +304,22 @@ void addFrameOptions(CLI::App& app, CollectorOptions& options) {
   app.add_option("--max-turn", options.maxTurn, "of turned pictures, degrees")->capture_default_str();
   app.add_option("--smallest-width", options.smallestWidth, "of reduced faces, pixels")->capture_default_str();
   app.add_option("--largest-width", options.largestWidth, "of reduced faces, pixels")->capture_default_str();
+}
+
+void addGridOptions(CLI::App& app, Options& options) {
+  GridTrainerOptions& grids = options.grids;
+  app.add_option("--grid-rounds", options.gridRounds, "rounds of all networks together")->capture_default_str();
+  app.add_option("--grid-passes", options.gridPasses, "frames trained for each one searched")->capture_default_str();
+  app.add_option("--grid-searched", options.gridSearched, "frames a round")->capture_default_str();
+  app.add_option("--grid-shift-share", options.gridShiftShare)->capture_default_str();
+  app.add_option("--grid-rate", grids.rate)->capture_default_str();
+  app.add_option("--sharpness", grids.sharpness, "of the choice between grids")->capture_default_str();
+  app.add_option("--squares-weight", grids.squaresWeight, "of the errors of single networks")->capture_default_str();
+  app.add_option("--pupil-weight", grids.pupilWeight, "in the error of a grid")->capture_default_str();
+  app.add_option("--outline-weight", grids.outlineWeight)->capture_default_str();
+  app.add_option("--bent", grids.candidates.bent, "candidates round the labels")->capture_default_str();
+  app.add_option("--between", grids.candidates.between, "candidates on the way to searched grids")
+      ->capture_default_str();
 }
 
 void addTrainingOptions(CLI::App& app, Options& options) {
@@ -258,6 +343,7 @@ void addTrainingOptions(CLI::App& app, Options& options) {
     app.add_option_function<std::string>(
         name, [&target](const std::string& text) { target = parseBells(text); }, what);
   };
+  addGridOptions(app, options);
   bells("--inner-target", first.targets.inner, "AMPLITUDE:DEVIATION,... in pixels; 1:2.8 if left out");
   bells("--outline-target", first.targets.outline, "1:4.5 if left out");
   bells("--forehead-target", first.targets.forehead, "0.2:10 if left out");

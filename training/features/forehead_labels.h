@@ -4,7 +4,7 @@
 #include <array>
 
 // Moves the temples (8, 9) sideways and the top of the forehead (5) up or down, in a frame whose face stands upright:
-// the middle of the box around all points then lies where the detector puts the middle of such a face.
+// the middle of the box around all points then lies where the picture of such a face was turned about.
 //
 // The labels of these nodes are extrapolated, so no evidence is lost. But they span the box, and the box matters: the
 // way back to the image turns the found points about the middle of their box, while the picture was turned about the

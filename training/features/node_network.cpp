@@ -50,21 +50,24 @@ float evaluateNetwork(const NodeNetwork& network, const float* inputs, float hid
   return activation(sum);
 }
 
-float addGradient(const NodeNetwork& network, const float* inputs, float target, NodeNetwork& sum) {
-  float hidden[kHiddenNeurons], slopes[kHiddenNeurons];
-  const float value = evaluateNetwork(network, inputs, hidden);
-  const float error = value - target;
-  const float outer = 2 * error * slope(value);
+void addGradient(const NodeNetwork& network, const float* inputs, const float hidden[kHiddenNeurons], float value,
+                 float lossSlope, NodeNetwork& sum) {
+  const float outer = lossSlope * slope(value);
   sum.output[0] += outer;
   for (int k = 0; k < kHiddenNeurons; ++k) {
     sum.output[k + 1] += outer * hidden[k];
-    slopes[k] = outer * network.output[k + 1] * slope(hidden[k]);
-    sum.biases[k] += slopes[k];
-  }
-  for (int k = 0; k < kHiddenNeurons; ++k) {
+    const float inner = outer * network.output[k + 1] * slope(hidden[k]);
+    sum.biases[k] += inner;
     float* const weights = sum.weights[k];
-    for (int i = 0; i < kPatchPixels; ++i) weights[i] += slopes[k] * inputs[i];
+    for (int i = 0; i < kPatchPixels; ++i) weights[i] += inner * inputs[i];
   }
+}
+
+float addSquareGradient(const NodeNetwork& network, const float* inputs, float target, float weight, NodeNetwork& sum) {
+  float hidden[kHiddenNeurons];
+  const float value = evaluateNetwork(network, inputs, hidden);
+  const float error = value - target;
+  addGradient(network, inputs, hidden, value, 2 * weight * error, sum);
   return error * error;
 }
 

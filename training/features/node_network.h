@@ -25,8 +25,13 @@ NodeNetwork randomNetwork(std::mt19937& random);
 // A network's value at 1024 inputs; `hidden` receives the activations of the hidden neurons.
 float evaluateNetwork(const NodeNetwork& network, const float* inputs, float hidden[kHiddenNeurons]);
 
-// Adds the gradient of (value - target)^2 to `sum` and returns that square.
-float addGradient(const NodeNetwork& network, const float* inputs, float target, NodeNetwork& sum);
+// Adds to `sum` the gradient of a loss whose derivative by the network's value is `lossSlope`; `hidden` and `value`
+// come from evaluateNetwork.
+void addGradient(const NodeNetwork& network, const float* inputs, const float hidden[kHiddenNeurons], float value,
+                 float lossSlope, NodeNetwork& sum);
+
+// Adds the gradient of (value - target)^2, times `weight`, to `sum` and returns that square.
+float addSquareGradient(const NodeNetwork& network, const float* inputs, float target, float weight, NodeNetwork& sum);
 
 // Adam (Kingma and Ba 2015) with the decay apart from the gradient.
 class AdamSteps {

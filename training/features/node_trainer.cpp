@@ -12,12 +12,6 @@ namespace {
 constexpr std::size_t kBatch = 256;
 constexpr double kLeastRate = 1e-6;
 
-// Without the warm-up a fresh network's first steps would saturate it.
-double rateAt(const TrainerOptions& options, double done) {
-  if (done < options.warmUp) return options.rate * done / options.warmUp + kLeastRate;
-  return options.rate * 0.5 * (1 + std::cos(std::numbers::pi * done)) + kLeastRate;
-}
-
 class NodeTraining {
  public:
   NodeTraining(const TrainingSet& set, const TrainerOptions& options, std::size_t node, NodeNetwork& network)
@@ -46,22 +40,15 @@ class NodeTraining {
   }
 
  private:
-  struct Place {
-    double x, y;
-  };
-
   float uniform() { return std::uniform_real_distribution<float>()(random_); }
-  float normal() { return normal_(random_); }
+  double normal() { return normal_(random_); }
 
-  Place drawPlace(std::size_t frame, const Place& truth) {
+  TrainedPlace drawPlace(std::size_t frame, const TrainedPlace& truth) {
     if (!set_.grids.empty() && !set_.grids[frame].empty() && uniform() < options_.minedShare) return minedPlace(frame);
-    const float u = uniform();
-    if (u < options_.nearShare) return {truth.x + options_.near * normal(), truth.y + options_.near * normal()};
-    const double reach = u < options_.nearShare + options_.middleShare ? options_.middle : options_.far;
-    return {truth.x + reach * (2 * uniform() - 1), truth.y + reach * (2 * uniform() - 1)};
+    return drawTrainedPlace(options_, truth, random_);
   }
 
-  Place minedPlace(std::size_t frame) {
+  TrainedPlace minedPlace(std::size_t frame) {
     const auto& grids = set_.grids[frame];
     const SearchGrid& grid = grids[std::uniform_int_distribution<std::size_t>(0, grids.size() - 1)(random_)];
     return {grid[2 * node_] + options_.minedNear * normal(), grid[2 * node_ + 1] + options_.minedNear * normal()};
@@ -69,22 +56,16 @@ class NodeTraining {
 
   double addSample(std::size_t index) {
     const PatchFrame& frame = set_.frames[index];
-    const Place truth = {frame.points[2 * node_] + set_.shifts[2 * node_],
-                         frame.points[2 * node_ + 1] + set_.shifts[2 * node_ + 1]};
-    const Place place = drawPlace(index, truth);
-    const int x = static_cast<int>(std::floor(std::clamp(place.x, 0.0, kFrameSide - 1.0)));
-    const int y = static_cast<int>(std::floor(std::clamp(place.y, 0.0, kFrameSide - 1.0)));
-    // The search reads this patch for all places in the pixel; it stands for the pixel's middle.
-    const double dx = x + 0.5 - truth.x, dy = y + 0.5 - truth.y;
-    frame.read(x, y, inputs_);
-    const double loss = addGradient(network_, inputs_, targetAt(bells_, dx * dx + dy * dy), gradient_);
+    const TrainedPlace truth = {frame.points[2 * node_] + set_.shifts[2 * node_],
+                                frame.points[2 * node_ + 1] + set_.shifts[2 * node_ + 1]};
+    const double loss = addPatch(frame, truth, drawPlace(index, truth), bells_, 1, network_, gradient_);
     if (++inBatch_ == kBatch) step();
     return loss;
   }
 
   void step() {
     const double done = static_cast<double>(steps_++) / static_cast<double>(total_);
-    adam_.step(network_, gradient_, 1.0f / kBatch, rateAt(options_, std::min(1.0, done)), options_.decay);
+    adam_.step(network_, gradient_, 1.0f / kBatch, rateAt(options_.rate, options_.warmUp, done), options_.decay);
     gradient_ = NodeNetwork{};
     inBatch_ = 0;
   }
@@ -95,14 +76,43 @@ class NodeTraining {
   const TargetBells& bells_;
   NodeNetwork& network_;
   std::mt19937 random_;
-  std::normal_distribution<float> normal_;
+  std::normal_distribution<double> normal_;
   AdamSteps adam_;
   NodeNetwork gradient_;
-  alignas(64) float inputs_[kPatchPixels] = {};
   std::size_t inBatch_ = 0, steps_ = 0, total_ = 0;
 };
 
 }  // namespace
+
+double rateAt(double rate, double warmUp, double done) {
+  if (done < warmUp) return rate * done / warmUp + kLeastRate;
+  return rate * 0.5 * (1 + std::cos(std::numbers::pi * std::min(1.0, done))) + kLeastRate;
+}
+
+TrainedPlace drawTrainedPlace(const TrainerOptions& options, const TrainedPlace& truth, std::mt19937& random) {
+  const auto uniform = [&random] { return std::uniform_real_distribution<double>()(random); };
+  const auto normal = [&random] { return std::normal_distribution<double>()(random); };
+  const double u = uniform();
+  if (u < options.nearShare) {
+    const double x = truth.x + options.near * normal();
+    return {x, truth.y + options.near * normal()};
+  }
+  const double reach = u < options.nearShare + options.middleShare ? options.middle : options.far;
+  const double x = truth.x + reach * (2 * uniform() - 1);
+  return {x, truth.y + reach * (2 * uniform() - 1)};
+}
+
+double addPatch(const PatchFrame& frame, const TrainedPlace& truth, const TrainedPlace& place, const TargetBells& bells,
+                double weight, const NodeNetwork& network, NodeNetwork& gradient) {
+  const int x = static_cast<int>(std::floor(std::clamp(place.x, 0.0, kFrameSide - 1.0)));
+  const int y = static_cast<int>(std::floor(std::clamp(place.y, 0.0, kFrameSide - 1.0)));
+  // The search reads this patch for all places in the pixel; it stands for the pixel's middle.
+  const double dx = x + 0.5 - truth.x, dy = y + 0.5 - truth.y;
+  alignas(64) float inputs[kPatchPixels];
+  frame.read(x, y, inputs);
+  const float target = targetAt(bells, dx * dx + dy * dy);
+  return static_cast<double>(addSquareGradient(network, inputs, target, static_cast<float>(weight), gradient));
+}
 
 std::vector<double> trainNodes(const TrainingSet& set, const TrainerOptions& options,
                                std::vector<NodeNetwork>& networks) {

@@ -35,6 +35,21 @@ struct TrainingSet {
   LabelShifts shifts{};
 };
 
+struct TrainedPlace {
+  double x, y;
+};
+
+// A place of a patch about a node at `truth`: most close by, a few anywhere.
+TrainedPlace drawTrainedPlace(const TrainerOptions& options, const TrainedPlace& truth, std::mt19937& random);
+
+// Adds the gradient of the squared error of the patch at `place`, times `weight`; returns that square.
+double addPatch(const PatchFrame& frame, const TrainedPlace& truth, const TrainedPlace& place, const TargetBells& bells,
+                double weight, const NodeNetwork& network, NodeNetwork& gradient);
+
+// The rate once `done` of the steps, 0 .. 1, are done: it rises while it warms up, without which the first steps would
+// saturate a fresh network, then falls as a cosine.
+double rateAt(double rate, double warmUp, double done);
+
 // Trains all networks from where they stand, each by itself, so that the result does not depend on the number of
 // threads. Returns each network's mean squared error over the last epoch.
 std::vector<double> trainNodes(const TrainingSet& set, const TrainerOptions& options,

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstdio>
 #include <iterator>
-#include <numbers>
 #include <numeric>
 
 #include "features/mean_grid.h"
@@ -102,18 +101,11 @@ void addCoordinate(std::vector<Shape>& rows, std::size_t coordinate) {
   rows.push_back(row);
 }
 
-Shape upAndDown() {
+// All nodes along one axis.
+Shape moveAlong(std::size_t axis) {
   Shape row{};
-  for (std::size_t k = 1; k < kCoordinates; k += 2) row[k] = 1 / std::sqrt(static_cast<double>(kNodes));
+  for (std::size_t k = axis; k < kCoordinates; k += 2) row[k] = 1 / std::sqrt(static_cast<double>(kNodes));
   return row;
-}
-
-void turnHalfway(Shape& a, Shape& b) {
-  for (std::size_t k = 0; k < kCoordinates; ++k) {
-    const double sum = a[k] + b[k], difference = a[k] - b[k];
-    a[k] = sum / std::numbers::sqrt2;
-    b[k] = difference / std::numbers::sqrt2;
-  }
 }
 
 // Root of the mean square of the aligned shapes along the row, about the mean face.
@@ -151,21 +143,40 @@ Shape alignedToMean(const Shape& shape) {
 }
 
 std::vector<ShapeRowSpread> chooseShapeRows(const std::vector<Shape>& aligned) {
-  std::vector<Shape> rows = {upAndDown()};
-  std::vector<Shape> found = components(aligned, rows, kComponents);
-  turnHalfway(found[0], found[1]);
+  std::vector<Shape> rows = {moveAlong(0), moveAlong(1)};
+  const std::size_t firstComponent = rows.size();
+  const std::vector<Shape> found = components(aligned, rows, kComponents);
   rows.insert(rows.end(), found.begin(), found.end());
+  const std::size_t firstForehead = rows.size();
   for (const std::size_t coordinate : kFreeForehead) addCoordinate(rows, coordinate);
+  const std::size_t firstSingle = rows.size();
   for (const std::size_t n : evaluation::kOutlineNodes) {
     if (rows.size() < kDeformations) addCoordinate(rows, 2 * n);
     if (rows.size() < kDeformations) addCoordinate(rows, 2 * n + 1);
   }
-  // The forehead comes before the later components: its rows take the wide ranges between.
-  const auto late = rows.begin() + 1 + kEarlyComponents, forehead = rows.begin() + 1 + kComponents;
-  std::rotate(late, forehead, forehead + std::size(kFreeForehead));
   std::vector<ShapeRowSpread> chosen;
-  for (const Shape& row : rows) chosen.push_back({row, spreadOf(row, aligned)});
+  const auto take = [&](std::size_t first, std::size_t end) {
+    for (std::size_t k = first; k < end; ++k) chosen.push_back({rows[k], spreadOf(rows[k], aligned)});
+  };
+  take(firstComponent, firstComponent + 1);
+  take(0, 1);
+  take(firstComponent + 1, firstComponent + 2);
+  take(1, 2);
+  take(firstComponent + 2, firstComponent + kEarlyComponents);
+  take(firstForehead, firstSingle);
+  take(firstComponent + kEarlyComponents, firstForehead);
+  take(firstSingle, kDeformations);
   return chosen;
+}
+
+std::vector<double> spreadsAlong(const std::vector<float>& eigenGrids, const std::vector<Shape>& aligned) {
+  std::vector<double> spreads;
+  for (std::size_t m = 0; m < kDeformations; ++m) {
+    Shape row;
+    std::copy_n(&eigenGrids[m * kCoordinates], kCoordinates, row.begin());
+    spreads.push_back(spreadOf(row, aligned));
+  }
+  return spreads;
 }
 
 void printShapeRows(const std::vector<ShapeRowSpread>& rows, const std::vector<Shape>& aligned) {

@@ -24,16 +24,18 @@ struct ShapeRowSpread {
 
 // The rows that the search bends the mean face along, in the order of the ranges, which are given and far wider than
 // faces need. What a row does with the excess decides how far the search can stray:
-//   - the widest range moves the whole face up and down, as a pose parameter does anyway;
-//   - the two strongest principal components (looking up or down and to the side) are turned by 45 degrees against each
-//     other, since the ranges left for them are too narrow for one and wide for the other;
-//   - the next three components have ranges of about two and a half spreads;
+//   - the widest range turns the head to the side, the strongest principal component, which alone can use much of it;
+//   - the second and the fourth move the whole face to the side and up and down, as pose parameters do anyway;
+//   - between and behind them stand the next four components, with ranges of two to four spreads;
 //   - seven rows move nodes of the forehead alone, across the directions that span the box around the face: the search
 //     may do there what it likes;
 //   - then fifteen more components, each with a range that now fits better, and what is left goes into single nodes of
 //     the outline, which disturbs the inner nodes least.
 // The components are those of the aligned shapes about MeanGrid40, not about their own mean, so that it can be reached.
 std::vector<ShapeRowSpread> chooseShapeRows(const std::vector<Shape>& aligned);
+
+// How far the aligned shapes lie along each of 32 rows of 80, pixels.
+std::vector<double> spreadsAlong(const std::vector<float>& eigenGrids, const std::vector<Shape>& aligned);
 
 // Each row's spread beside the range that the search draws from, as a table.
 void printShapeRows(const std::vector<ShapeRowSpread>& rows, const std::vector<Shape>& aligned);
