@@ -47,9 +47,10 @@ struct Options {
   SearchOptions search;
   bool forgetGrids = false;
   GridTrainerOptions grids;
-  int gridRounds = 9;
-  int gridPasses = 12;
+  int gridRounds = 13;
+  int gridPasses = 14;
   std::size_t gridSearched = 2000;
+  std::vector<int> gridSearchedKinds = {0, 1, 2, 3};
   double gridShiftShare = 0.2;
   double shiftShare = 0.8;
   // What the way back takes off on average, pixels of the frame: half a pixel of the image, since results are
@@ -160,12 +161,12 @@ class Training {
   }
 
   // Searched frames differ from round to round.
-  std::vector<std::size_t> drawSearched(int round, std::size_t count) const {
+  std::vector<std::size_t> drawSearched(int round, std::size_t count, const std::vector<int>& kinds) const {
     std::vector<std::size_t> places(trained_.size());
     std::iota(places.begin(), places.end(), std::size_t{0});
     std::erase_if(places, [&](std::size_t p) {
       const int kind = static_cast<int>(frames_[trained_[p]].kind);
-      return std::count(options_.searchedKinds.begin(), options_.searchedKinds.end(), kind) == 0;
+      return std::count(kinds.begin(), kinds.end(), kind) == 0;
     });
     std::mt19937 random(options_.search.seed * 65537u + static_cast<unsigned>(round));
     std::shuffle(places.begin(), places.end(), random);
@@ -191,7 +192,7 @@ class Training {
   void runRound(int round) {
     std::printf("round %d\n", round + 1);
     check();
-    const std::vector<std::size_t> places = drawSearched(round, options_.searched);
+    const std::vector<std::size_t> places = drawSearched(round, options_.searched, options_.searchedKinds);
     const auto searched = searchAndShift(places, options_.search, options_.shiftShare);
     if (options_.forgetGrids) set_.grids.assign(set_.frames.size(), {});
     for (std::size_t i = 0; i < places.size(); ++i) {
@@ -215,7 +216,7 @@ class Training {
     std::vector<std::size_t> met;  // frames that have been searched, once for each time
     for (int round = 0; round < options_.gridRounds; ++round) {
       std::printf("round %d of all networks together\n", round + 1);
-      const auto places = drawSearched(options_.rounds + round, options_.gridSearched);
+      const auto places = drawSearched(options_.rounds + round, options_.gridSearched, options_.gridSearchedKinds);
       searchForGrids(places);
       met.insert(met.end(), places.begin(), places.end());
       trainOnGrids(trainer, places, met, visits, random);
@@ -311,6 +312,7 @@ void addGridOptions(CLI::App& app, Options& options) {
   app.add_option("--grid-rounds", options.gridRounds, "rounds of all networks together")->capture_default_str();
   app.add_option("--grid-passes", options.gridPasses, "frames trained for each one searched")->capture_default_str();
   app.add_option("--grid-searched", options.gridSearched, "frames a round")->capture_default_str();
+  app.add_option("--grid-searched-kinds", options.gridSearchedKinds)->delimiter(',');
   app.add_option("--grid-shift-share", options.gridShiftShare)->capture_default_str();
   app.add_option("--grid-rate", grids.rate)->capture_default_str();
   app.add_option("--sharpness", grids.sharpness, "of the choice between grids")->capture_default_str();

@@ -14,8 +14,8 @@ struct GridTrainerOptions {
   double evenShare = 0.7;    // of the frames, whose grids are read at even places as the genetic stage reads them
   double squaresWeight = 1;  // of the squared errors of single networks, which hold them to a shape that leads uphill
   int squares = 2;           // patches of each frame and node for these
-  double pupilWeight = 2;    // in a grid's error; an inner node counts 1
-  double outlineWeight = 0.3;
+  double pupilWeight = 3;    // in a grid's error; an inner node counts 1
+  double outlineWeight = 0.4;
   double foreheadWeight = 0.02;
   std::size_t batch = 32;  // frames
   double rate = 2e-4;
