@@ -491,8 +491,8 @@ VIZL_API int32_t VIZL_DetectFacialFeatures_C(HImage image, TPoint (*points)[40],
 /** Like VIZL_DetectFacialFeatures, but tells how sure each point is.
  * @copydetails VIZL_DetectFacialFeatures
  * @param[out] confidences may be null: one value a point, higher is better, at most 1.5, no lower bound. On portraits
- * half of the points of eyes, brows, nose and mouth are above 1.15; those above 1.2 are off by 3 % of the eyes'
- * distance on average, those below 0.8 by 8 %. As they were if no face was found. */
+ * half of the points of eyes, brows, nose and mouth are above 1.07; those above 1.2 are off by 2 % of the eyes'
+ * distance on average, those below 0.8 by 7 %. As they were if no face was found. */
 VIZL_API int32_t VIZL_DetectFacialFeaturesEx(HImage image, TPoint (*points)[40], float (*confidences)[40]);
 
 /** Like VIZL_DetectFacialFeaturesEx, but with the settings of a context.

@@ -76,7 +76,7 @@ static void drawFace(Canvas* canvas, const TFacePosition* face) {
 
 /* Red below kUnsure, blue above kSure, mixed between. */
 static Colour colourOf(float confidence) {
-  static const double kUnsure = 0.8, kSure = 1.4;
+  static const double kUnsure = 0.8, kSure = 1.25;
   const double t = fmin(fmax((confidence - kUnsure) / (kSure - kUnsure), 0.0), 1.0);
   Colour colour;
   colour.red = (unsigned char)(240 - 200 * t);

@@ -29,7 +29,7 @@ void drawFace(Canvas& canvas, const TFacePosition& face) {
 // Red below the first, blue above the second confidence, mixed between.
 Colour colourOf(float confidence) {
   constexpr double kUnsure = 0.8;
-  constexpr double kSure = 1.4;
+  constexpr double kSure = 1.25;
   const double share = std::clamp((double{confidence} - kUnsure) / (kSure - kUnsure), 0.0, 1.0);
   return {static_cast<uint8_t>(240 - 200 * share), static_cast<uint8_t>(50 + 110 * share),
           static_cast<uint8_t>(40 + 210 * share)};
