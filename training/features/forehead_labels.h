@@ -8,6 +8,6 @@
 //
 // The labels of these nodes are extrapolated, so no evidence is lost. But they span the box, and the box matters: the
 // way back to the image turns the found points about the middle of their box, while the picture was turned about the
-// middle of the frame. With a box that wanders as a head turns to the side, by 10 pixels of the frame, every point of a
-// face tilted by 12 degrees would come out 2 pixels off.
+// middle of the wide crop. With a box that wanders as a head turns to the side, by 10 pixels of the frame, every point
+// of a face tilted by 12 degrees would come out 2 pixels off.
 void placeForehead(std::array<float, 80>& points);

@@ -9,7 +9,7 @@
 struct CandidateOptions {
   int bent = 12;         // grids round the labels
   int between = 8;       // grids between the labels and where the search ended, and round that place
-  double least = 0.3;    // smallest strength of bending and moving; 1 moves a node by about 0.7 pixels
+  double least = 0.3;    // smallest strength; at 1 a grid moves by 0.5 or 1.3 pixels (s.d.)
   double most = 4;       // largest
   double shorter = 0.7;  // strength round searched places, times that
 };

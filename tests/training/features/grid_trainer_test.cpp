@@ -143,7 +143,7 @@ TEST(GridCandidates, StrayFromTheLabelsAsFarAsTheStrengthTells) {
       middle += static_cast<double>(candidates[i][k] - truth[k]) / kNodes;
     sum += middle / 400;
     squares += middle * middle / 400;
-    // Row 3 alone moves the second node down; the pose moves the forty-first coordinate's neighbours alike.
+    // The second node also goes up and down along row 3, the only one with a spread.
     bentSquares += std::pow(static_cast<double>(candidates[i][3] - truth[3]), 2) / 400;
   }
   // Moves of 1.3 times the strength in a third of the grids, of half of it in the others.
