@@ -14,6 +14,7 @@
 #include "training/evaluation/face_set.h"
 #include "training/evaluation/neuro_data.h"
 #include "training/exit_code.h"
+#include "training/features/forehead_labels.h"
 #include "training/features/frame_collector.h"
 #include "training/features/grid_trainer.h"
 #include "training/features/manifest_line.h"
@@ -117,6 +118,7 @@ class Training {
       Shape shape;
       std::copy(frames_[i].points.begin(), frames_[i].points.end(), shape.begin());
       shapes.push_back(alignedToMean(shape));
+      tieForehead(shapes.back());
     }
     return shapes;
   }

@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <iterator>
 #include <numeric>
 
 #include "features/mean_grid.h"
-#include "training/evaluation/point_errors.h"
+#include "training/features/forehead_labels.h"
 
 namespace {
 
@@ -91,21 +90,66 @@ std::vector<Shape> components(const std::vector<Shape>& aligned, const std::vect
   return found;
 }
 
-// The unit row along one coordinate, as far as `rows` leave it, is added to them.
+Shape unitRow(Shape row) {
+  const double length = std::sqrt(product(row, row));
+  for (double& value : row) value /= length;
+  return row;
+}
+
+// What the rows leave of one more is added to them, at unit length.
+void addRow(std::vector<Shape>& rows, Shape row) {
+  clearOf(row, rows);
+  rows.push_back(unitRow(row));
+}
+
 void addCoordinate(std::vector<Shape>& rows, std::size_t coordinate) {
   Shape row{};
   row[coordinate] = 1;
-  clearOf(row, rows);
-  const double length = std::sqrt(product(row, row));
-  for (double& value : row) value /= length;
-  rows.push_back(row);
+  addRow(rows, row);
 }
 
-// All nodes along one axis.
+// What a change of the mean face comes to with the forehead tied to it, so that the box around the nodes stays near the
+// place about which the picture was turned.
+Shape tiedChange(Shape changed) {
+  Shape from = meanShape();
+  tieForehead(from);
+  tieForehead(changed);
+  for (std::size_t k = 0; k < kCoordinates; ++k) changed[k] -= from[k];
+  return changed;
+}
+
+// The face along one axis: the shift of the pose, which takes the box along, then needn't.
 Shape moveAlong(std::size_t axis) {
+  Shape changed = meanShape();
+  for (std::size_t k = axis; k < kCoordinates; k += 2) changed[k] += 1;
+  return tiedChange(changed);
+}
+
+// From the mean face of the library to that of the shapes.
+Shape meanOffset(const std::vector<Shape>& aligned) {
+  const Shape mean = meanShape();
   Shape row{};
-  for (std::size_t k = axis; k < kCoordinates; k += 2) row[k] = 1 / std::sqrt(static_cast<double>(kNodes));
+  for (const Shape& shape : aligned) {
+    for (std::size_t k = 0; k < kCoordinates; ++k) row[k] += (shape[k] - mean[k]) / static_cast<double>(aligned.size());
+  }
   return row;
+}
+
+// Turned, or stretched along one axis, about the centroid of the mean face.
+enum class PoseRow { Turn, StretchX, StretchY };
+
+Shape poseRow(PoseRow kind) {
+  const Shape mean = meanShape();
+  const double x = centre(mean, 0), y = centre(mean, 1);
+  Shape changed = mean;
+  for (std::size_t n = 0; n < kNodes; ++n) {
+    const double dx = mean[2 * n] - x, dy = mean[2 * n + 1] - y;
+    if (kind == PoseRow::Turn) changed[2 * n] -= dy;
+    if (kind == PoseRow::Turn) changed[2 * n + 1] += dx;
+    if (kind == PoseRow::StretchX) changed[2 * n] += dx;
+    if (kind == PoseRow::StretchY) changed[2 * n + 1] += dy;
+  }
+  return tiedChange(changed);
 }
 
 // Root of the mean square of the aligned shapes along the row, about the mean face.
@@ -116,10 +160,12 @@ double spreadOf(const Shape& row, const std::vector<Shape>& aligned) {
   return std::sqrt(sum / static_cast<double>(aligned.size()));
 }
 
-// x of the top; x and y of the upper forehead; y of the temples.
+// x of the top; x and y of the upper forehead; y of the temples: what the box around the nodes does not depend on.
 constexpr std::size_t kFreeForehead[] = {10, 12, 13, 14, 15, 17, 19};
-constexpr std::size_t kComponents = 20;
-constexpr std::size_t kEarlyComponents = 5;
+constexpr std::size_t kComponents = 14;
+constexpr std::size_t kEarlyComponents = 6;
+// Nodes of the outline to which the forehead is not tied.
+constexpr std::size_t kSingleNodes[] = {12, 13, 14, 15, 30, 31};
 
 }  // namespace
 
@@ -143,14 +189,18 @@ Shape alignedToMean(const Shape& shape) {
 }
 
 std::vector<ShapeRowSpread> chooseShapeRows(const std::vector<Shape>& aligned) {
-  std::vector<Shape> rows = {moveAlong(0), moveAlong(1)};
+  std::vector<Shape> rows;
+  addRow(rows, moveAlong(0));
+  addRow(rows, moveAlong(1));
+  const std::size_t firstFree = rows.size();
+  for (const std::size_t coordinate : kFreeForehead) addCoordinate(rows, coordinate);
+  addRow(rows, meanOffset(aligned));
   const std::size_t firstComponent = rows.size();
   const std::vector<Shape> found = components(aligned, rows, kComponents);
   rows.insert(rows.end(), found.begin(), found.end());
-  const std::size_t firstForehead = rows.size();
-  for (const std::size_t coordinate : kFreeForehead) addCoordinate(rows, coordinate);
-  const std::size_t firstSingle = rows.size();
-  for (const std::size_t n : evaluation::kOutlineNodes) {
+  const std::size_t firstPose = rows.size();
+  for (const PoseRow kind : {PoseRow::Turn, PoseRow::StretchX, PoseRow::StretchY}) addRow(rows, poseRow(kind));
+  for (const std::size_t n : kSingleNodes) {
     if (rows.size() < kDeformations) addCoordinate(rows, 2 * n);
     if (rows.size() < kDeformations) addCoordinate(rows, 2 * n + 1);
   }
@@ -160,12 +210,12 @@ std::vector<ShapeRowSpread> chooseShapeRows(const std::vector<Shape>& aligned) {
   };
   take(firstComponent, firstComponent + 1);
   take(0, 1);
-  take(firstComponent + 1, firstComponent + 2);
+  take(firstComponent - 1, firstComponent);
   take(1, 2);
-  take(firstComponent + 2, firstComponent + kEarlyComponents);
-  take(firstForehead, firstSingle);
-  take(firstComponent + kEarlyComponents, firstForehead);
-  take(firstSingle, kDeformations);
+  take(firstComponent + 1, firstComponent + kEarlyComponents);
+  take(firstFree, firstComponent - 1);
+  take(firstComponent + kEarlyComponents, firstPose);
+  take(firstPose, kDeformations);
   return chosen;
 }
 

@@ -25,13 +25,16 @@ struct ShapeRowSpread {
 // The rows that the search bends the mean face along, in the order of the ranges, which are given and far wider than
 // faces need. What a row does with the excess decides how far the search can stray:
 //   - the widest range turns the head to the side, the strongest principal component, which alone can use much of it;
-//   - the second and the fourth move the whole face to the side and up and down, as pose parameters do anyway;
-//   - between and behind them stand the next four components, with ranges of two to four spreads;
-//   - seven rows move nodes of the forehead alone, across the directions that span the box around the face: the search
+//   - the second and the fourth move the face to the side and up and down, as pose parameters do anyway;
+//   - the third leads from MeanGrid40 to the mean of the shapes, which the components go about;
+//   - five more components follow, with ranges of two to four spreads;
+//   - seven rows move one coordinate of the forehead each, on which the box around the face does not depend: the search
 //     may do there what it likes;
-//   - then fifteen more components, each with a range that now fits better, and what is left goes into single nodes of
-//     the outline, which disturbs the inner nodes least.
-// The components are those of the aligned shapes about MeanGrid40, not about their own mean, so that it can be reached.
+//   - then eight more components; those behind them are left out, since faces lie less far along them than searches
+//   err;
+//   - three rows turn and stretch the face, a little where the pose parameters do it by much, and what is left goes
+//     into single nodes of the outline, which disturbs the inner nodes least.
+// In every row the forehead goes along with the rest as tieForehead has it.
 std::vector<ShapeRowSpread> chooseShapeRows(const std::vector<Shape>& aligned);
 
 // How far the aligned shapes lie along each of 32 rows of 80, pixels.
