@@ -30,8 +30,7 @@ struct ShapeRowSpread {
 //   - five more components follow, with ranges of two to four spreads;
 //   - seven rows move one coordinate of the forehead each, on which the box around the face does not depend: the search
 //     may do there what it likes;
-//   - then eight more components; those behind them are left out, since faces lie less far along them than searches
-//   err;
+//   - then eight more components; those behind are left out: faces lie less far along them than searches err;
 //   - three rows turn and stretch the face, a little where the pose parameters do it by much, and what is left goes
 //     into single nodes of the outline, which disturbs the inner nodes least.
 // In every row the forehead goes along with the rest as tieForehead has it.
