@@ -12,9 +12,9 @@ constexpr std::size_t kUpperForehead[] = {6, 7};
 // The other nodes at the sides of the face.
 constexpr std::size_t kSides[] = {10, 11, 12, 13, 30, 31, 32, 33};
 // The temples stand out, so that they and no other node span the box; pixels of the frame.
-constexpr double kMargin = 6;
+constexpr double kMargin = 8;
 // How much farther than in the mean face, where the sides of most faces would span the box.
-constexpr double kApart = 7;
+constexpr double kApart = 9;
 
 struct Middle {
   double x, y;

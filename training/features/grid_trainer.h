@@ -15,7 +15,7 @@ struct GridTrainerOptions {
   double squaresWeight = 1;  // of the squared errors of single networks, which hold them to a shape that leads uphill
   int squares = 2;           // patches of each frame and node for these
   double pupilWeight = 3;    // in a grid's error; an inner node counts 1
-  double outlineWeight = 0.6;
+  double outlineWeight = 0.4;
   double foreheadWeight = 0.02;
   std::size_t batch = 32;  // frames
   double rate = 2e-4;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <iterator>
 #include <numeric>
 
 #include "features/mean_grid.h"
@@ -108,21 +109,23 @@ void addCoordinate(std::vector<Shape>& rows, std::size_t coordinate) {
   addRow(rows, row);
 }
 
-// What a change of the mean face comes to with the forehead tied to it, so that the box around the nodes stays near the
-// place about which the picture was turned.
-Shape tiedChange(Shape changed) {
-  Shape from = meanShape();
-  tieForehead(from);
-  tieForehead(changed);
-  for (std::size_t k = 0; k < kCoordinates; ++k) changed[k] -= from[k];
-  return changed;
+// x of the top; x and y of the upper forehead; y of the temples: what the box around the nodes does not depend on.
+constexpr std::size_t kFreeForehead[] = {10, 12, 13, 14, 15, 17, 19};
+constexpr std::size_t kTopY = 11, kLeftTempleX = 16, kRightTempleX = 18;
+
+bool isFreeForehead(std::size_t coordinate) {
+  return std::find(std::begin(kFreeForehead), std::end(kFreeForehead), coordinate) != std::end(kFreeForehead);
 }
 
-// The face along one axis: the shift of the pose, which takes the box along, then needn't.
+// The face along one axis, with the forehead as tieForehead has it, so that the box around the nodes stays near the
+// place about which the picture was turned: the shift of the pose, which takes the box along, then needn't.
 Shape moveAlong(std::size_t axis) {
-  Shape changed = meanShape();
-  for (std::size_t k = axis; k < kCoordinates; k += 2) changed[k] += 1;
-  return tiedChange(changed);
+  constexpr double kTempleShare = 0.7;
+  Shape row{};
+  for (std::size_t k = axis; k < kCoordinates; k += 2) row[k] = isFreeForehead(k) ? 0 : 1;
+  if (axis == 0) row[kLeftTempleX] = row[kRightTempleX] = kTempleShare;
+  if (axis == 1) row[kTopY] = -1;
+  return unitRow(row);
 }
 
 // From the mean face of the library to that of the shapes.
@@ -135,7 +138,8 @@ Shape meanOffset(const std::vector<Shape>& aligned) {
   return row;
 }
 
-// Turned, or stretched along one axis, about the centroid of the mean face.
+// Turned by a radian or stretched twofold along one axis, about the centroid of the mean face; the temples bring along
+// how far apart tieForehead puts them, which is little beside that.
 enum class PoseRow { Turn, StretchX, StretchY };
 
 Shape poseRow(PoseRow kind) {
@@ -149,7 +153,9 @@ Shape poseRow(PoseRow kind) {
     if (kind == PoseRow::StretchX) changed[2 * n] += dx;
     if (kind == PoseRow::StretchY) changed[2 * n + 1] += dy;
   }
-  return tiedChange(changed);
+  tieForehead(changed);
+  for (std::size_t k = 0; k < kCoordinates; ++k) changed[k] -= mean[k];
+  return changed;
 }
 
 // Root of the mean square of the aligned shapes along the row, about the mean face.
@@ -160,8 +166,6 @@ double spreadOf(const Shape& row, const std::vector<Shape>& aligned) {
   return std::sqrt(sum / static_cast<double>(aligned.size()));
 }
 
-// x of the top; x and y of the upper forehead; y of the temples: what the box around the nodes does not depend on.
-constexpr std::size_t kFreeForehead[] = {10, 12, 13, 14, 15, 17, 19};
 constexpr std::size_t kComponents = 14;
 constexpr std::size_t kEarlyComponents = 6;
 // Nodes of the outline to which the forehead is not tied.
@@ -189,9 +193,7 @@ Shape alignedToMean(const Shape& shape) {
 }
 
 std::vector<ShapeRowSpread> chooseShapeRows(const std::vector<Shape>& aligned) {
-  std::vector<Shape> rows;
-  addRow(rows, moveAlong(0));
-  addRow(rows, moveAlong(1));
+  std::vector<Shape> rows = {moveAlong(0), moveAlong(1)};
   const std::size_t firstFree = rows.size();
   for (const std::size_t coordinate : kFreeForehead) addCoordinate(rows, coordinate);
   addRow(rows, meanOffset(aligned));
