@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "features/mean_grid.h"
+#include "training/features/shape_rows.h"
 
 namespace {
 
 constexpr std::size_t kNose = 2, kTop = 5, kLeftTemple = 8, kRightTemple = 9, kChin = 29;
-constexpr std::size_t kUpperForehead[] = {6, 7};
 // The other nodes at the sides of the face.
 constexpr std::size_t kSides[] = {10, 11, 12, 13, 30, 31, 32, 33};
 // The temples stand out, so that they and no other node span the box; pixels of the frame.
@@ -32,24 +31,15 @@ double followed(const Points& points) {
   return (eyes + brows) / 2 + 0.17 * (static_cast<double>(points[2 * kNose]) - eyes);
 }
 
-std::array<double, 80> meanPoints() {
-  std::array<double, 80> points;
-  for (std::size_t n = 0; n < 40; ++n) {
-    points[2 * n] = static_cast<double>(MeanGrid40.Nodes[n].x);
-    points[2 * n + 1] = static_cast<double>(MeanGrid40.Nodes[n].y);
-  }
-  return points;
-}
-
 // Where the picture was turned about: near the middle of the frame, whatever the face. Up and down it stays within a
-// pixel (s.d.). Sideways it goes along with two thirds of a face's offset, since both move with the angle of the face;
-// a least squares fit over detected faces of the training set, as they are and turned by 15 degrees to either side,
-// leaves 2.2 pixels. Both are counted from where the mean face has its box, as the shape model is.
+// pixel (s.d.). Sideways it goes along with most of a face's offset, since both move with the angle of the face: over
+// detected faces of the training set, as they are and turned by 15 degrees to either side, the shares used here
+// leave 2.2 pixels, a least squares fit by eyes and nose 2.1. Both are counted from where the mean face has its box, as the
+// rows are.
 template <typename Points>
 Middle turnedAbout(const Points& points) {
-  constexpr double kShare = 0.7;
-  const auto mean = meanPoints();
-  return {meanX(mean, kLeftTemple, kRightTemple) + kShare * (followed(points) - followed(mean)),
+  const Shape mean = meanShape();
+  return {meanX(mean, kLeftTemple, kRightTemple) + kTempleShare * (followed(points) - followed(mean)),
           (mean[2 * kTop + 1] + mean[2 * kChin + 1]) / 2};
 }
 
@@ -72,14 +62,7 @@ void placeForehead(std::array<float, 80>& points) {
 }
 
 void tieForehead(std::array<double, 80>& shape) {
-  const auto mean = meanPoints();
-  const auto reset = [&](std::size_t k) { shape[k] = mean[k]; };
-  reset(2 * kTop);
-  for (const std::size_t n : kUpperForehead) {
-    reset(2 * n);
-    reset(2 * n + 1);
-  }
-  reset(2 * kLeftTemple + 1);
-  reset(2 * kRightTemple + 1);
+  const Shape mean = meanShape();
+  for (const std::size_t k : kFreeForehead) shape[k] = mean[k];
   place(shape, turnedAbout(shape), (mean[2 * kRightTemple] - mean[2 * kLeftTemple]) / 2 + kApart);
 }

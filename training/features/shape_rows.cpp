@@ -109,8 +109,6 @@ void addCoordinate(std::vector<Shape>& rows, std::size_t coordinate) {
   addRow(rows, row);
 }
 
-// x of the top; x and y of the upper forehead; y of the temples: what the box around the nodes does not depend on.
-constexpr std::size_t kFreeForehead[] = {10, 12, 13, 14, 15, 17, 19};
 constexpr std::size_t kTopY = 11, kLeftTempleX = 16, kRightTempleX = 18;
 
 bool isFreeForehead(std::size_t coordinate) {
@@ -120,7 +118,6 @@ bool isFreeForehead(std::size_t coordinate) {
 // The face along one axis, with the forehead as tieForehead has it, so that the box around the nodes stays near the
 // place about which the picture was turned: the shift of the pose, which takes the box along, then needn't.
 Shape moveAlong(std::size_t axis) {
-  constexpr double kTempleShare = 0.7;
   Shape row{};
   for (std::size_t k = axis; k < kCoordinates; k += 2) row[k] = isFreeForehead(k) ? 0 : 1;
   if (axis == 0) row[kLeftTempleX] = row[kRightTempleX] = kTempleShare;
