@@ -34,8 +34,8 @@ double followed(const Points& points) {
 // Where the picture was turned about: near the middle of the frame, whatever the face. Up and down it stays within a
 // pixel (s.d.). Sideways it goes along with most of a face's offset, since both move with the angle of the face: over
 // detected faces of the training set, as they are and turned by 15 degrees to either side, the shares used here
-// leave 2.2 pixels, a least squares fit by eyes and nose 2.1. Both are counted from where the mean face has its box, as the
-// rows are.
+// leave 2.2 pixels, a least squares fit by eyes and nose 2.1. Both are counted from where the mean face has its box, as
+// the rows are.
 template <typename Points>
 Middle turnedAbout(const Points& points) {
   const Shape mean = meanShape();

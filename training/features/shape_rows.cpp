@@ -136,7 +136,7 @@ Shape meanOffset(const std::vector<Shape>& aligned) {
 }
 
 // Turned by a radian or stretched twofold along one axis, about the centroid of the mean face; the temples bring along
-// how far apart tieForehead puts them, which is little beside that.
+// how far apart tieForehead puts them, which moves each by a pixel or so at the end of a stretch's range.
 enum class PoseRow { Turn, StretchX, StretchY };
 
 Shape poseRow(PoseRow kind) {
