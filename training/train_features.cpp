@@ -247,8 +247,8 @@ class Training {
     std::shuffle(places.begin(), places.end(), random);
     while (places.size() < visits) places.push_back(met[random() % met.size()]);
     const GridLosses losses = trainer.train(places);
-    std::printf("  trained: risk %.3f %%, mean squared error %.4f; %.0f s\n", losses.risk, losses.squares,
-                seconds() - start);
+    std::printf("  trained: risk %.3f %%, of the last steps %.3f %%, mean squared error %.4f; %.0f s\n", losses.risk,
+                losses.steps, losses.squares, seconds() - start);
     save();
   }
 
@@ -319,6 +319,8 @@ void addGridOptions(CLI::App& app, Options& options) {
   app.add_option("--grid-shift-share", options.gridShiftShare)->capture_default_str();
   app.add_option("--grid-rate", grids.rate)->capture_default_str();
   app.add_option("--sharpness", grids.sharpness, "of the choice between grids")->capture_default_str();
+  app.add_option("--step-weight", grids.stepWeight, "of the last steps of single nodes")->capture_default_str();
+  app.add_option("--step-sharpness", grids.stepSharpness)->capture_default_str();
   app.add_option("--squares-weight", grids.squaresWeight, "of the errors of single networks")->capture_default_str();
   app.add_option("--pupil-weight", grids.pupilWeight, "in the error of a grid")->capture_default_str();
   app.add_option("--outline-weight", grids.outlineWeight)->capture_default_str();

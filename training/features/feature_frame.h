@@ -13,8 +13,8 @@ constexpr int kFrameSide = 256;
 enum class FrameKind : std::uint8_t {
   Detected = 0,  // by the detector's own result
   Jittered = 1,  // by the labelled square, moved at random
-  Turned = 2,    // the picture turned, then as above
-  Reduced = 3    // the picture reduced, then as above
+  Turned = 2,    // the picture turned, then by the detector's result
+  Reduced = 3    // the picture reduced, then the same
 };
 
 // The face picture that TFaceImage cuts, and the labels in it.

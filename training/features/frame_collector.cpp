@@ -31,29 +31,32 @@ class FaceFrames {
   // The random numbers of a kind are drawn whether or not it is wanted, so that each kind stays the same.
   void add(FaceView& view, const FeatureFrame& head) {
     head_ = head;
-    if (const auto place = wanted(0)
-                               ? evaluation::detectedFace(detector_, view.picture, evaluation::squareOf(view.points))
-                               : std::nullopt) {
-      cut(view, *place, FrameKind::Detected);
-    }
-    addJittered(view, FrameKind::Jittered);
+    addDetected(view, FrameKind::Detected);
+    const TFacePosition place = jitteredPlace(evaluation::squareOf(view.points), options_.jitter, random_);
+    if (wanted(FrameKind::Jittered)) cut(view, place, FrameKind::Jittered);
     FaceView changed;
     const double turn = uniform(random_, -options_.maxTurn, options_.maxTurn);
-    evaluation::turnView(view, turn, changed);
-    addJittered(changed, FrameKind::Turned);
+    if (wanted(FrameKind::Turned)) {
+      evaluation::turnView(view, turn, changed);
+      addDetected(changed, FrameKind::Turned);
+    }
     const double width = uniform(random_, options_.smallestWidth, options_.largestWidth);
-    FaceView reduced;
-    if (evaluation::reduceView(view, width, reduced)) addJittered(reduced, FrameKind::Reduced);
+    if (wanted(FrameKind::Reduced) && evaluation::reduceView(view, width, changed)) {
+      addDetected(changed, FrameKind::Reduced);
+    }
   }
 
   std::vector<FeatureFrame> take() { return std::move(frames_); }
 
  private:
-  bool wanted(int kind) const { return std::count(options_.kinds.begin(), options_.kinds.end(), kind) > 0; }
+  bool wanted(FrameKind kind) const {
+    return std::count(options_.kinds.begin(), options_.kinds.end(), static_cast<int>(kind)) > 0;
+  }
 
-  void addJittered(FaceView& view, FrameKind kind) {
-    const TFacePosition place = jitteredPlace(evaluation::squareOf(view.points), options_.jitter, random_);
-    if (wanted(static_cast<int>(kind))) cut(view, place, kind);
+  void addDetected(FaceView& view, FrameKind kind) {
+    if (!wanted(kind)) return;
+    const auto place = evaluation::detectedFace(detector_, view.picture, evaluation::squareOf(view.points));
+    if (place) cut(view, *place, kind);
   }
 
   void cut(FaceView& view, const TFacePosition& place, FrameKind kind) {

@@ -74,6 +74,7 @@ GridLosses GridTrainer::train(const std::vector<std::size_t>& places) {
   const auto frames = static_cast<double>(std::max<std::size_t>(1, batches * options_.batch));
   for (const Lane& lane : lanes_) {
     losses.risk += lane.losses.risk / frames;
+    losses.steps += lane.losses.steps / frames;
     losses.squares += lane.losses.squares / (frames * static_cast<double>(networks_.size()) * options_.squares);
   }
   return losses;
@@ -99,6 +100,7 @@ void GridTrainer::addFrame(Lane& lane, std::size_t place) const {
   candidates_.draw(truth, set_.grids[place], lane.random, choice.grids);
   addChoice(lane, frame, truth, choice);
   addSquares(lane, frame, truth);
+  addSteps(lane, frame, truth, set_.grids[place]);
 }
 
 // With the odds p of the candidates and their errors e the risk is r = sum p e, and its derivative by a candidate's sum
@@ -148,6 +150,39 @@ void GridTrainer::addSquares(Lane& lane, const PatchFrame& frame, const SearchGr
     for (int k = 0; k < options_.squares; ++k) {
       lane.losses.squares += addPatch(frame, node, drawTrainedPlace(single_, node, lane.random), single_.targets.of(n),
                                       options_.squaresWeight, networks_[n], lane.gradients[n]);
+    }
+  }
+}
+
+// The search ends with a step of each node by itself to the best of nine places. `searched` are two grids a search, the
+// one at which these steps began first. Here the step is chosen with the odds of a softmax, as the grids are.
+void GridTrainer::addSteps(Lane& lane, const PatchFrame& frame, const SearchGrid& truth,
+                           const std::vector<SearchGrid>& searched) const {
+  if (searched.empty()) return;
+  const SearchGrid& start = searched[lane.random() % ((searched.size() + 1) / 2) * 2];
+  const double distance = static_cast<double>(std::hypot(truth[2] - truth[0], truth[3] - truth[1]));
+  constexpr int kSteps = 9;
+  alignas(64) float inputs[kSteps][kPatchPixels];
+  float hidden[kSteps][kHiddenNeurons], values[kSteps];
+  double errors[kSteps], odds[kSteps];
+  for (std::size_t n = 0; n < kPoints; ++n) {
+    for (int i = 0; i < kSteps; ++i) {
+      const float x = start[2 * n] + static_cast<float>(i / 3 - 1),
+                  y = start[2 * n + 1] + static_cast<float>(i % 3 - 1);
+      frame.read(toPixel(x), toPixel(y), inputs[i]);
+      values[i] = evaluateNetwork(networks_[n], inputs[i], hidden[i]);
+      errors[i] = weights_[n] * static_cast<double>(std::hypot(x - truth[2 * n], y - truth[2 * n + 1])) / distance;
+    }
+    const float least = *std::min_element(values, values + kSteps);
+    double total = 0, risk = 0;
+    for (int i = 0; i < kSteps; ++i) {
+      total += odds[i] = std::exp(-options_.stepSharpness * static_cast<double>(values[i] - least));
+    }
+    for (int i = 0; i < kSteps; ++i) risk += (odds[i] /= total) * errors[i];
+    lane.losses.steps += risk;
+    for (int i = 0; i < kSteps; ++i) {
+      const double slope = -options_.stepWeight * options_.stepSharpness * odds[i] * (errors[i] - risk);
+      addGradient(networks_[n], inputs[i], hidden[i], values[i], static_cast<float>(slope), lane.gradients[n]);
     }
   }
 }

@@ -10,11 +10,13 @@
 
 struct GridTrainerOptions {
   CandidateOptions candidates;
-  double sharpness = 1;      // of the choice between grids, for a sum over the nodes that is larger by 1
-  double evenShare = 0.7;    // of the frames, whose grids are read at even places as the genetic stage reads them
-  double squaresWeight = 1;  // of the squared errors of single networks, which hold them to a shape that leads uphill
-  int squares = 2;           // patches of each frame and node for these
-  double pupilWeight = 3;    // in a grid's error; an inner node counts 1
+  double sharpness = 1;       // of the choice between grids, for a sum over the nodes that is larger by 1
+  double evenShare = 0.7;     // of the frames, whose grids are read at even places as the genetic stage reads them
+  double stepWeight = 1;      // of the last step of each node
+  double stepSharpness = 15;  // for a network that answers less by 1
+  double squaresWeight = 1;   // of the squared errors of single networks, which hold them to a shape that leads uphill
+  int squares = 2;            // patches of each frame and node for these
+  double pupilWeight = 3;     // in a grid's error; an inner node counts 1
   double outlineWeight = 0.4;
   double foreheadWeight = 0.02;
   std::size_t batch = 32;  // frames
@@ -26,6 +28,7 @@ struct GridTrainerOptions {
 // What a frame cost on average.
 struct GridLosses {
   double risk = 0;     // expected error of the chosen grid, % of the pupils' distance
+  double steps = 0;    // the same of nodes that take a last step each
   double squares = 0;  // mean squared error of single networks
 };
 
@@ -54,6 +57,8 @@ class GridTrainer {
 
   void addFrame(Lane& lane, std::size_t place) const;
   void addChoice(Lane& lane, const PatchFrame& frame, const SearchGrid& truth, Choice& choice) const;
+  void addSteps(Lane& lane, const PatchFrame& frame, const SearchGrid& truth,
+                const std::vector<SearchGrid>& searched) const;
   void addSquares(Lane& lane, const PatchFrame& frame, const SearchGrid& truth) const;
   void step(std::size_t node);
 

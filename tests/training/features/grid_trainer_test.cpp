@@ -86,7 +86,8 @@ struct Rows {
   }
 };
 
-std::vector<NodeNetwork> trainedOn(const TrainingSet& set, unsigned threads, GridLosses& first, GridLosses& last) {
+std::vector<NodeNetwork> trainedOn(const TrainingSet& set, unsigned threads, GridLosses& first, GridLosses& last,
+                                   double stepWeight = 1) {
   const Rows rows;
   const GridCandidates candidates(rows.eigenGrids, rows.spreads, {});
   TrainerOptions single;
@@ -94,6 +95,7 @@ std::vector<NodeNetwork> trainedOn(const TrainingSet& set, unsigned threads, Gri
   GridTrainerOptions options;
   options.rate = 1e-3;
   options.squaresWeight = 0.05;
+  options.stepWeight = stepWeight;
   std::vector<NodeNetwork> networks = randomNetworks(3);
   std::vector<std::size_t> places;
   for (std::size_t i = 0; i < 8 * options.batch; ++i) places.push_back(i % set.frames.size());
@@ -112,6 +114,17 @@ TEST(GridTrainer, PrefersTheLabelsToWhereASearchEnded) {
   EXPECT_LT(before, 15);
   EXPECT_GE(rightlyChosen(networks), 19);
   EXPECT_LT(last.risk, first.risk / 2);
+}
+
+// Where the searches ended every step to the left is right, and far from the squares nothing else teaches that.
+TEST(GridTrainer, LeadsTheLastStepsTowardsTheLabels) {
+  const TrainingSet set = squaresSet(0, 40);
+  GridLosses first, last, without;
+  trainedOn(set, 2, first, last);
+  trainedOn(set, 2, first, without, 0);
+  const double distance = std::hypot(52.0, 0.0), shortest = 100 * (kWrongWay - 1) / distance;
+  EXPECT_GT(last.steps, shortest);
+  EXPECT_LT(last.steps - shortest, 0.8 * (without.steps - shortest));
 }
 
 TEST(GridTrainer, GivesTheSameWeightsOnAnyNumberOfThreads) {
