@@ -211,8 +211,10 @@ Shape alignedToMean(const Shape& shape) {
 
 std::vector<ShapeRowSpread> chooseShapeRows(const std::vector<Shape>& aligned) {
   std::vector<Shape> rows = {moveAlong(0), moveAlong(1)};
+  constexpr std::size_t kSideways = 0, kUpAndDown = 1;
   const std::size_t firstFree = rows.size();
   for (const std::size_t coordinate : kFreeForehead) addCoordinate(rows, coordinate);
+  const std::size_t toMean = rows.size();
   addRow(rows, meanOffset(aligned));
   const std::size_t firstComponent = rows.size();
   const std::vector<Shape> found = components(aligned, rows, kComponents);
@@ -226,11 +228,11 @@ std::vector<ShapeRowSpread> chooseShapeRows(const std::vector<Shape>& aligned) {
     for (std::size_t k = first; k < end; ++k) chosen.push_back({rows[k], spreadOf(rows[k], aligned)});
   };
   take(firstComponent, firstComponent + 1);
-  take(0, 1);
-  take(firstComponent - 1, firstComponent);
-  take(1, 2);
+  take(kSideways, kSideways + 1);
+  take(toMean, toMean + 1);
+  take(kUpAndDown, kUpAndDown + 1);
   take(firstComponent + 1, firstComponent + kEarlyComponents);
-  take(firstFree, firstComponent - 1);
+  take(firstFree, toMean);
   take(firstComponent + kEarlyComponents, firstPose);
   take(firstPose, kDeformations);
   return chosen;
