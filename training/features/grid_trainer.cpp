@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "features/shape_tables.h"
 #include "training/evaluation/parallel.h"
@@ -23,6 +24,15 @@ std::vector<double> errorWeights(const GridTrainerOptions& options) {
   for (const double weight : weights) sum += weight;
   for (double& weight : weights) weight *= 100 / sum;
   return weights;
+}
+
+// Makes scores the odds of a softmax over them; returns the error to be expected of the choice.
+double chooseSoftly(std::span<double> scores, std::span<const double> errors, double sharpness) {
+  const double largest = *std::max_element(scores.begin(), scores.end());
+  double total = 0, risk = 0;
+  for (double& score : scores) total += score = std::exp(sharpness * (score - largest));
+  for (std::size_t i = 0; i < scores.size(); ++i) risk += (scores[i] /= total) * errors[i];
+  return risk;
 }
 
 int toPixel(float value) { return static_cast<int>(std::clamp(value, 0.0f, kFrameSide - 1.0f)); }
@@ -127,11 +137,8 @@ void GridTrainer::addChoice(Lane& lane, const PatchFrame& frame, const SearchGri
       choice.sums[i] -= static_cast<double>(answer.value);
     }
   }
-  const double largest = *std::max_element(choice.sums.begin(), choice.sums.end());
-  std::vector<double>& odds = choice.sums;
-  double total = 0, risk = 0;
-  for (double& odd : odds) total += odd = std::exp(options_.sharpness * (odd - largest));
-  for (std::size_t i = 0; i < count; ++i) risk += (odds[i] /= total) * choice.errors[i];
+  const double risk = chooseSoftly(choice.sums, choice.errors, options_.sharpness);
+  const std::vector<double>& odds = choice.sums;
   lane.losses.risk += risk;
   for (std::size_t n = 0; n < kPoints; ++n) {
     for (std::size_t i = 0; i < count; ++i) {
@@ -174,11 +181,8 @@ void GridTrainer::addSteps(Lane& lane, const PatchFrame& frame, const SearchGrid
       errors[i] = weights_[n] * static_cast<double>(std::hypot(x - truth[2 * n], y - truth[2 * n + 1])) / distance;
     }
     const float least = *std::min_element(values, values + kSteps);
-    double total = 0, risk = 0;
-    for (int i = 0; i < kSteps; ++i) {
-      total += odds[i] = std::exp(-options_.stepSharpness * static_cast<double>(values[i] - least));
-    }
-    for (int i = 0; i < kSteps; ++i) risk += (odds[i] /= total) * errors[i];
+    for (int i = 0; i < kSteps; ++i) odds[i] = static_cast<double>(least - values[i]);
+    const double risk = chooseSoftly(odds, errors, options_.stepSharpness);
     lane.losses.steps += risk;
     for (int i = 0; i < kSteps; ++i) {
       const double slope = -options_.stepWeight * options_.stepSharpness * odds[i] * (errors[i] - risk);

@@ -39,6 +39,7 @@ struct GridLosses {
 class GridTrainer {
  public:
   // `steps` batches will come in all: over them the rate rises and falls. What is handed over has to stay.
+  // The grids of the set are pairs, the one that a search bent to the picture and the one of the last steps from there.
   GridTrainer(const TrainingSet& set, const GridCandidates& candidates, const TrainerOptions& single,
               const GridTrainerOptions& options, std::size_t steps, std::vector<NodeNetwork>& networks);
 

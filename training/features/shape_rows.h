@@ -31,8 +31,9 @@ struct ShapeRowSpread {
 //   - seven rows move one coordinate of the forehead each, on which the box around the face does not depend: the search
 //     may do there what it likes;
 //   - then eight more components; those behind are left out: faces lie less far along them than searches err;
-//   - three rows turn and stretch the face, a little where the pose parameters do it by much, and what is left goes
-//     into single nodes of the outline, which disturbs the inner nodes least.
+//   - three rows turn and stretch the face, a little where the pose parameters do it by much;
+//   - what is left is chance, and goes where it does the least harm: the temples apart, and pupils and corners of the
+//     mouth sideways, one by one.
 // In every row the forehead goes along with the rest as tieForehead has it.
 std::vector<ShapeRowSpread> chooseShapeRows(const std::vector<Shape>& aligned);
 
