@@ -122,6 +122,9 @@ TEST(BestPlace, ThreeColumnsCountAndTheOuterOnesAreNotCompared) {
   scores[1 + 32 * 3] = -1000;
   BestEyePlace(scores, &x, &y);
   EXPECT_EQ(x, 28) << "column 1 is no neighbour of a column that is compared";
+  scores[30 + 32 * 20] = -1000;
+  BestEyePlace(scores, &x, &y);
+  EXPECT_EQ(x, 28) << "nor is column 30";
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -180,6 +181,24 @@ TEST(ResizeArea, LastColumnsBeyondTheFootprintsAreIgnored) {
             ippiResize_8u_C1R(source.data(), {5, 1}, 5, {0, 0, 5, 1}, out, 2, {2, 1}, 0.5, 1.0, IPPI_INTER_SUPER));
   EXPECT_EQ(out[0], 12);
   EXPECT_EQ(out[1], 28);
+}
+
+// A factor that is the quotient of two sides leads to the second one, though the product may lie a little below it; a
+// factor that is smaller by more than rounding does not.
+TEST(ResizeArea, DividedFactorsReachTheWholeSide) {
+  const std::vector<Ipp8u> source(300, 200);
+  for (int side = 2; side <= 300; ++side) {
+    for (int wanted = 2; wanted <= side; ++wanted) {
+      const auto lastOf = [&](double exact) {
+        std::vector<Ipp8u> out(static_cast<std::size_t>(wanted) + 1, 7);
+        EXPECT_EQ(ippStsNoErr, ippiResize_8u_C1R(source.data(), {side, 1}, side, {0, 0, side, 1}, out.data(), wanted + 1,
+                                                 {wanted + 1, 1}, exact / side, 1.0, IPPI_INTER_SUPER));
+        return std::find(out.begin(), out.end(), 7) - out.begin();
+      };
+      ASSERT_EQ(lastOf(wanted), wanted) << side;
+      ASSERT_EQ(lastOf(wanted - 2e-7), wanted - 1) << side;
+    }
+  }
 }
 
 struct RegionCase {
