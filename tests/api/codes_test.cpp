@@ -197,7 +197,7 @@ TEST_F(ExportedCodesTest, BadHandlesAreRefusedAndWriteNothing) {
 TEST_F(ExportedCodesTest, NullPointersAreRefused) {
   const HImage image = ImageOf(RandomPicture(30, 30, 3));
   const std::string file = TemporaryPath("null.png");
-  WriteFile(file, {});
+  writeFile(file, {});
   const char* name = file.c_str();
   const unsigned char byte = 0;
   int32_t a, b, c;

@@ -27,7 +27,7 @@ std::string saved(const TPicture& picture, const std::string& name) {
 }
 
 bool startsWith(const std::string& path, std::initializer_list<int> bytes) {
-  const std::vector<unsigned char> content = FileContent(path);
+  const std::vector<unsigned char> content = readFile(path);
   return content.size() > bytes.size() && std::equal(bytes.begin(), bytes.end(), content.begin());
 }
 
@@ -75,8 +75,8 @@ TEST_F(Files, AlphaIsKeptOnlyWhereItIsAskedFor) {
 }
 
 TEST_F(Files, CompressedBuffersLoadLikeTheirFiles) {
-  const auto png = FileContent(saved(RandomPicture(9, 7, 4), "buffer.png"));
-  const auto jpg = FileContent(saved(slope(40, 24), "buffer.jpg"));
+  const auto png = readFile(saved(RandomPicture(9, 7, 4), "buffer.png"));
+  const auto jpg = readFile(saved(slope(40, 24), "buffer.jpg"));
   const auto pngSize = static_cast<unsigned>(png.size()), jpgSize = static_cast<unsigned>(jpg.size());
   HImage image;
   ASSERT_EQ(VIZL_LoadImageFromPngBufferWithAlpha(&image, png.data(), pngSize), VIZLE_OK);
@@ -114,7 +114,7 @@ TEST_F(Files, ChecksOfALoadComeInTheirOrder) {
   EXPECT_EQ(image, 77u) << "no handle yet";
 
   const std::string other = TemporaryPath("other.tif");
-  WriteFile(other, {1, 2, 3});
+  writeFile(other, {1, 2, 3});
   EXPECT_EQ(VIZL_LoadImageFromFile(nullptr, other.c_str()), VIZLE_INVALID_ARGUMENT);
   EXPECT_EQ(VIZL_LoadImageFromFile(&image, other.c_str()), VIZLE_UNKNOWN_EXTENSION);
   EXPECT_EQ(image, 0u);
@@ -124,7 +124,7 @@ TEST_F(Files, ChecksOfALoadComeInTheirOrder) {
   for (const char* name : {"bad.png", "bad.jpg", "bad.bmp"}) {
     for (const std::vector<unsigned char>& content : {std::vector<unsigned char>{}, {'B', 'M', 0xFF, 0xD8, 1, 2}}) {
       const std::string path = TemporaryPath(name);
-      WriteFile(path, content);
+      writeFile(path, content);
       for (auto load : {VIZL_LoadImageFromFile, VIZL_LoadImageFromFileWithAlpha}) {
         EXPECT_EQ(load(&image, path.c_str()), VIZLE_BAD_IMAGE_FILE) << name;
         EXPECT_EQ(image, expected++) << "a failed load keeps its handle";
@@ -139,10 +139,10 @@ TEST_F(Files, ChecksOfASaveComeInTheirOrder) {
   const std::string nowhere = TemporaryPath("no_folder") + "/a.png";
   EXPECT_EQ(VIZL_SaveImageToFile(99, nowhere.c_str()), VIZLE_CANNOT_CREATE_FILE);
   const std::string path = TemporaryPath("old.png");
-  WriteFile(path, {1, 2, 3});
+  writeFile(path, {1, 2, 3});
   EXPECT_EQ(VIZL_SaveImageToFile(99, path.c_str()), VIZLE_INVALID_ARGUMENT);
-  EXPECT_TRUE(FileExists(path));
-  EXPECT_TRUE(FileContent(path).empty()) << "emptied before the handle is looked at";
+  EXPECT_TRUE(std::filesystem::exists(path));
+  EXPECT_TRUE(readFile(path).empty()) << "emptied before the handle is looked at";
 }
 
 TEST_F(Files, AJpegTakesTheQualityOfItsContext) {
@@ -152,7 +152,7 @@ TEST_F(Files, AJpegTakesTheQualityOfItsContext) {
   const auto sizeWith = [&](ContextID id) {
     const std::string path = TemporaryPath("quality.jpg");
     EXPECT_EQ(VIZL_SaveImageToFile_C(image, path.c_str(), id), VIZLE_OK);
-    return FileContent(path).size();
+    return readFile(path).size();
   };
   const std::size_t byDefault = sizeWith(0);
   EXPECT_EQ(sizeWith(context), byDefault);

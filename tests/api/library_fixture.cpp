@@ -1,12 +1,7 @@
 #include "library_fixture.h"
 
-#include <unistd.h>
-
 #include <bit>
-#include <filesystem>
-#include <fstream>
 #include <initializer_list>
-#include <iterator>
 #include <random>
 
 #include "detect/TIppiFaceDetector.h"
@@ -21,31 +16,26 @@ void restoreSettings() {
   EXPECT_EQ(pcSetFaceShift(0, 0), VIZLE_OK);
 }
 
-void append(std::vector<unsigned char>& stream, std::uint32_t word) {
-  for (int shift = 0; shift < 32; shift += 8) stream.push_back(static_cast<unsigned char>(word >> shift));
+void putWords(Bytes& stream, std::initializer_list<int> words) {
+  for (const int word : words) putLittleEndian(stream, static_cast<std::uint32_t>(word), 4);
 }
 
-void append(std::vector<unsigned char>& stream, std::initializer_list<int> words) {
-  for (int word : words) append(stream, static_cast<std::uint32_t>(word));
+void putFloats(Bytes& stream, std::initializer_list<float> values) {
+  for (const float value : values) putLittleEndian(stream, std::bit_cast<std::uint32_t>(value), 4);
 }
-
-void append(std::vector<unsigned char>& stream, float value) { append(stream, std::bit_cast<std::uint32_t>(value)); }
 
 // One stage with one classifier on a window of 20 by 20: the middle 8 by 8 pixels against the 16 by 16 around them, as
 // a value that is the more negative the brighter the middle is. A disc that fills the middle gives about -1.29
 // standard deviations, and a flat window 0, which must not pass.
-std::vector<unsigned char> discCascade() {
-  std::vector<unsigned char> stream;
-  append(stream, {20, 20, 1, 1, 2});
-  append(stream, {1});
-  append(stream, 0.5f);
-  append(stream, {2, 2, 2, 16, 16});
-  append(stream, 1.0f);
-  append(stream, {6, 6, 8, 8});
-  append(stream, -4.0f);
-  append(stream, -1.1f);
-  append(stream, 1.0f);
-  append(stream, 0.0f);
+Bytes discCascade() {
+  Bytes stream;
+  putWords(stream, {20, 20, 1, 1, 2});
+  putWords(stream, {1});
+  putFloats(stream, {0.5F});
+  putWords(stream, {2, 2, 2, 16, 16});
+  putFloats(stream, {1});
+  putWords(stream, {6, 6, 8, 8});
+  putFloats(stream, {-4, -1.1F, 1, 0});
   return stream;
 }
 
@@ -135,27 +125,14 @@ bool IsValid(HImage image) {
 }
 
 void UseDiscDetector() {
-  const std::vector<unsigned char> stream = discCascade();
+  const Bytes stream = discCascade();
   delete IppiFaceDetector;
   IppiFaceDetector = new TIppiFaceDetector(stream.data(), static_cast<unsigned>(stream.size()));
 }
 
 std::string TemporaryPath(const std::string& name) {
-  const auto folder = std::filesystem::path(testing::TempDir()) / ("portraitcut_" + std::to_string(getpid()));
-  std::filesystem::create_directories(folder);
-  const std::filesystem::path path = folder / name;
+  static const Folder folder;
+  const std::string path = folder / name;
   std::filesystem::remove_all(path);
-  return path.string();
-}
-
-std::vector<unsigned char> FileContent(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-bool FileExists(const std::string& path) { return std::filesystem::exists(path); }
-
-void WriteFile(const std::string& path, const std::vector<unsigned char>& content) {
-  std::ofstream file(path, std::ios::binary);
-  for (unsigned char byte : content) file.put(static_cast<char>(byte));
+  return path;
 }

@@ -10,6 +10,7 @@
 
 #include "api/pc_api.h"
 #include "api/vizl_api.h"
+#include "tests/files/files.h"
 
 // A library that is ready, with the default settings; none of either is left behind.
 class LibraryTest : public testing::Test {
@@ -53,8 +54,5 @@ bool IsValid(HImage image);
 // what follows a detection know what is found, whatever the trained cascade is like.
 void UseDiscDetector();
 
-// A path in a folder of this process for temporary files, where nothing is yet.
+// A path in a folder that ends with the process, where nothing is yet.
 std::string TemporaryPath(const std::string& name);
-std::vector<unsigned char> FileContent(const std::string& path);
-bool FileExists(const std::string& path);
-void WriteFile(const std::string& path, const std::vector<unsigned char>& content);

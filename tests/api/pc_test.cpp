@@ -145,7 +145,7 @@ TEST_F(Pc, UnknownContextsAreRefusedEverywhere) {
     EXPECT_EQ(pcGetFacePositionInHImageAndFree_C(image, 9, 9, &n, &n, &n, &n, id), VIZLE_INVALID_ARGUMENT);
     EXPECT_TRUE(IsValid(image)) << "without settings the handle stays open";
   }
-  EXPECT_FALSE(FileExists(output));
+  EXPECT_FALSE(std::filesystem::exists(output));
   EXPECT_EQ(VIZL_FreeImage(image), VIZLE_OK);
   expectNoHandleLeft();
 }
@@ -155,8 +155,8 @@ TEST_F(Pc, CutsFromFileToFile) {
   ASSERT_EQ(pcPortraitCut(face.c_str(), png.c_str(), 60, 80), VIZLE_OK);
   ASSERT_EQ(pcPortraitCut_C(face.c_str(), other.c_str(), 60, 80, context), VIZLE_OK);
   expectNoHandleLeft();
-  EXPECT_EQ(FileContent(png).at(1), 'P');
-  EXPECT_EQ(FileContent(other).at(0), 0xFF) << "any other name means JPEG";
+  EXPECT_EQ(readFile(png).at(1), 'P');
+  EXPECT_EQ(readFile(other).at(0), 0xFF) << "any other name means JPEG";
 
   HImage image, cut, saved;
   ASSERT_EQ(VIZL_LoadImageFromFile(&image, face.c_str()), VIZLE_OK);
@@ -200,14 +200,14 @@ TEST_F(Pc, FailuresLeaveNoFileAndNoHandle) {
   EXPECT_EQ(pcGetFacePosition(plain.c_str(), 9, 9, &n, &n, &n, &n), VIZLE_NO_FACE);
   EXPECT_EQ(pcPortraitCut(facePath().c_str(), nullptr, 9, 9), VIZLE_INVALID_ARGUMENT);
   EXPECT_EQ(pcPortraitCut(facePath().c_str(), "/no/such/folder/a.png", 9, 9), VIZLE_CANNOT_CREATE_FILE);
-  EXPECT_FALSE(FileExists(output));
+  EXPECT_FALSE(std::filesystem::exists(output));
   EXPECT_EQ(n, 5);
   expectNoHandleLeft();
 }
 
 TEST_F(Pc, AFailedLoadKeepsItsHandleUntilTheEnd) {
   const std::string path = TemporaryPath("bad.png");
-  WriteFile(path, {1, 2, 3});
+  writeFile(path, {1, 2, 3});
   EXPECT_EQ(pcPortraitCut(path.c_str(), TemporaryPath("none.png").c_str(), 9, 9), VIZLE_BAD_IMAGE_FILE);
   EXPECT_EQ(EmptyImage(), 1u);
 }

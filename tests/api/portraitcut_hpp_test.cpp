@@ -51,8 +51,8 @@ class PortraitcutHpp : public LibraryTest {};
 TEST_F(PortraitcutHpp, FailuresTellTheirCodeAndLeaveNoHandle) {
   const std::string noPicture = TemporaryPath("no_picture.png");
   const std::string otherName = TemporaryPath("picture.tiff");
-  WriteFile(noPicture, {1, 2, 3});
-  WriteFile(otherName, {1, 2, 3});
+  writeFile(noPicture, {1, 2, 3});
+  writeFile(otherName, {1, 2, 3});
   const std::vector<unsigned char> damaged(100, 7);
   const Image plain = imageOf(PlainPicture(60, 60, 3, 90));
   const Image small = imageOf(PlainPicture(10, 10, 3, 90));

@@ -1,7 +1,7 @@
 #include "codecs/BMP.h"
 
-#include "tests/codecs/bmp_files.h"
 #include "tests/codecs/expected.h"
+#include "tests/files/bmp_files.h"
 
 namespace {
 
@@ -161,10 +161,9 @@ void expectFailed(const BMP& bmp) {
 
 TEST_F(BmpFile, UnsupportedHeadersLeaveOnePixelOfDepthOne) {
   const Bytes bad[] = {
-      bmpHeader(4, -10, 24),        bmpHeader(0, 4, 24),          bmpHeader(-4, 4, 24),
-      bmpHeader(4, 4, 2),           bmpHeader(4, 4, 0),           bmpHeader(4, 4, 65535),
-      bmpHeader(4, 4, 8, {1, -1}),  bmpHeader(4, 4, 4, {2, -1}),  bmpHeader(4, 4, 24, {3, -1}),
-      bmpHeader(4, 4, 32, {3, -1}), bmpHeader(4, 4, 16, {4, -1}), bmpHeader(4, 4, 24, {-1, -1}),
+      bmpHeader({4, -10, 24}),  bmpHeader({0, 4, 24}),    bmpHeader({-4, 4, 24}),   bmpHeader({4, 4, 2}),
+      bmpHeader({4, 4, 0}),     bmpHeader({4, 4, 65535}), bmpHeader({4, 4, 8, 1}),  bmpHeader({4, 4, 4, 2}),
+      bmpHeader({4, 4, 24, 3}), bmpHeader({4, 4, 32, 3}), bmpHeader({4, 4, 16, 4}), bmpHeader({4, 4, 24, -1}),
   };
   for (const Bytes& bytes : bad) {
     BMP bmp;
@@ -177,7 +176,7 @@ TEST_F(BmpFile, UnsupportedHeadersLeaveOnePixelOfDepthOne) {
   EXPECT_FALSE(bmp.ReadFromFile("/nonexistent/a.bmp"));
   expectFailed(bmp);
   for (std::size_t size = 2; size < 54; ++size) {
-    Bytes cut = bmpHeader(4, 4, 24);
+    Bytes cut = bmpHeader({4, 4, 24});
     cut.resize(size);
     bmp.SetBitDepth(24);
     EXPECT_FALSE(read(bmp, cut)) << size;
@@ -196,7 +195,7 @@ TEST_F(BmpFile, WhatIsNoBitmapLeavesTheObjectAsItWas) {
 }
 
 TEST_F(BmpFile, AShortPaletteIsFilledUpWithWhite) {
-  Bytes bytes = bmpHeader(256, 1, 8, {0, 54 + 40});
+  Bytes bytes = bmpHeader({256, 1, 8, 0, 54 + 40});
   for (int i = 0; i < 40; ++i) bytes.push_back(static_cast<unsigned char>(i + 1));
   for (int i = 0; i < 256; ++i) bytes.push_back(static_cast<unsigned char>(i));
   BMP bmp;
@@ -208,29 +207,29 @@ TEST_F(BmpFile, AShortPaletteIsFilledUpWithWhite) {
 
 // An offset inside the headers counts as none: no palette entry is read and nothing skipped.
 TEST_F(BmpFile, OddOffsetsOfThePixels) {
-  Bytes bytes = bmpHeader(4, 1, 8, {0, 10});
+  Bytes bytes = bmpHeader({4, 1, 8, 0, 10});
   for (const int index : {0, 1, 2, 3}) bytes.push_back(static_cast<unsigned char>(index));
   BMP bmp;
   ASSERT_TRUE(read(bmp, bytes));
   EXPECT_EQ(colour(bmp.Pixels[3][0]), kWhite);
   // Bytes between the headers and the pixels are skipped, more than one read of them here.
-  bytes = bmpHeader(1, 1, 24, {0, 54 + 10000});
+  bytes = bmpHeader({1, 1, 24, 0, 54 + 10000});
   bytes.resize(54 + 10000, 7);
   for (const int value : {1, 2, 3, 0}) bytes.push_back(static_cast<unsigned char>(value));
   ASSERT_TRUE(read(bmp, bytes));
   EXPECT_EQ(colour(bmp.Pixels[0][0]), (Rgba{1, 2, 3, 0}));
   // An offset behind the end: nothing is left to read.
-  ASSERT_TRUE(read(bmp, bmpHeader(2, 2, 24, {0, 0x7FFFFFFF})));
+  ASSERT_TRUE(read(bmp, bmpHeader({2, 2, 24, 0, 0x7FFFFFFF})));
   EXPECT_EQ(colour(bmp.Pixels[1][1]), kWhite);
   // Masks that the file ends in.
-  bytes = bmpHeader(2, 2, 16, {3, -1});
+  bytes = bmpHeader({2, 2, 16, 3});
   bytes.resize(60, 0xFF);
   ASSERT_TRUE(read(bmp, bytes));
   EXPECT_EQ(colour(bmp.Pixels[0][0]), kWhite);
 }
 
 TEST_F(BmpFile, MasksOfAnyShapeAreShiftedBelowThirtyTwo) {
-  Bytes bytes = bmpHeader(1, 1, 16, {3, -1});
+  Bytes bytes = bmpHeader({1, 1, 16, 3});
   for (const std::uint32_t mask : {0xFFFFU, 0x0000U, 0x8001U}) putLittleEndian(bytes, mask, 4);
   for (const int value : {0xFF, 0xFF, 0, 0}) bytes.push_back(static_cast<unsigned char>(value));
   BMP bmp;

@@ -1,6 +1,6 @@
 // Files cut short at every byte, with bytes changed at random, without what they need.
-#include "tests/codecs/bmp_files.h"
 #include "tests/codecs/expected.h"
+#include "tests/files/bmp_files.h"
 
 namespace {
 
@@ -40,9 +40,9 @@ void checkAgainstDecoder(const Bytes& bytes, Format format, TIppiImageMode mode)
 
 std::vector<Bytes> smallFiles(Format format) {
   if (format == kJpeg) {
-    return {writeJpeg(makeSamples(19, 21, 3), {}), writeJpeg(makeSamples(24, 17, 1), {1, true, 0}),
-            writeJpeg(makeSamples(40, 24, 3), {3, true, 0}), writeJpeg(makeSamples(33, 33, 3), {3, false, 2}),
-            writeJpeg(makeSamples(9, 9, 4), {4, false, 0})};
+    return {writeJpeg(makeSamples(19, 21, 3)), writeJpeg(makeSamples(24, 17, 1), {.progressive = true}),
+            writeJpeg(makeSamples(40, 24, 3), {.progressive = true}), writeJpeg(makeSamples(33, 33, 3), {.restart = 2}),
+            writeJpeg(makeSamples(9, 9, 4))};
   }
   if (format == kPng) {
     return {writePng(makeSamples(12, 9, 3), {}), writePng(makeSamples(11, 13, 4), {PNG_COLOR_TYPE_RGB_ALPHA, 8, true}),
@@ -100,7 +100,7 @@ TEST_P(Damaged, ChangedBytesMatchTheDecoderOrFailCleanlyAndSilently) {
   for (const Bytes& whole : smallFiles(GetParam())) {
     for (int i = 0; i < 700; ++i) files.push_back(withChangedBytes(whole, random));
   }
-  const int before = openDescriptors();
+  const auto before = openDescriptors();
   const std::string printed = printedBy([&] {
     for (std::size_t i = 0; i < files.size(); i += GetParam() == kBmp ? 1 : 5) {
       writeFile(name, files[i]);
@@ -120,24 +120,12 @@ INSTANTIATE_TEST_SUITE_P(Formats, Damaged, testing::Values(kJpeg, kPng, kBmp), [
   return std::string(format.param == kJpeg ? "Jpeg" : format.param == kPng ? "Png" : "Bmp");
 });
 
-// Without the segments of the given marker.
-Bytes withoutSegments(const Bytes& file, unsigned char marker) {
-  Bytes kept(file.begin(), file.begin() + 2);
-  std::size_t at = 2;
-  while (at + 4 < file.size() && file[at + 1] != 0xDA) {
-    const std::size_t end = at + 2 + static_cast<std::size_t>(file[at + 2] << 8 | file[at + 3]);
-    if (file[at + 1] != marker)
-      kept.insert(kept.end(), file.begin() + static_cast<long>(at), file.begin() + static_cast<long>(end));
-    at = end;
-  }
-  kept.insert(kept.end(), file.begin() + static_cast<long>(at), file.end());
-  return kept;
-}
-
 // A picture so large that its memory is used again by the next.
 TEST(FailedLoads, ShowNothingOfAnEarlierPicture) {
-  constexpr unsigned char kQuantisation = 0xDB;
-  const Bytes good = writeJpeg(makeSamples(1500, 1000, 3), {}), bad = withoutSegments(good, kQuantisation);
+  const Bytes good = writeJpeg(makeSamples(1500, 1000, 3));
+  Segments segments = splitJpeg(good);
+  std::erase_if(segments, [](const Bytes& segment) { return isOf(segment, kTables); });
+  const Bytes bad = joinJpeg(segments);
   {
     TIppiImage earlier(imRGB24);
     ASSERT_EQ(loadBuffer(earlier, good, kJpeg), 0);

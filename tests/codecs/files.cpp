@@ -1,9 +1,13 @@
 #include "tests/codecs/files.h"
 
-#include <zlib.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <csetjmp>
 #include <cstdio>
 #include <cstring>
+
+#include "tests/files/png_files.h"
 
 namespace {
 
@@ -25,19 +29,6 @@ jpeg_error_mgr* quiet(Errors& errors) {
   errors.base.output_message = silent;
   errors.base.emit_message = silentTrace;
   return &errors.base;
-}
-
-J_COLOR_SPACE colourSpace(int components) {
-  switch (components) {
-    case 1:
-      return JCS_GRAYSCALE;
-    case 3:
-      return JCS_RGB;
-    case 4:
-      return JCS_CMYK;
-    default:
-      return JCS_UNKNOWN;
-  }
 }
 
 // False on a libjpeg error. `out` lives outside the frame that is jumped to.
@@ -103,14 +94,13 @@ bool readPng(png_structp png, png_infop info, Input& input, Samples& out) {
 // A chunk before the pixels that is longer than the file, which can't be read in any case: libpng would
 // first take and clear as much memory as the chunk declares.
 bool declaresTooMuch(const Bytes& bytes) {
-  for (std::size_t at = 8; at + 12 <= bytes.size();) {
-    const unsigned char* const chunk = bytes.data() + at;
-    if (std::memcmp(chunk + 4, "IDAT", 4) == 0) return false;
-    const std::size_t length = png_get_uint_32(chunk);
-    if (length > bytes.size() - at - 12) return true;
-    at += length + 12;
-  }
-  return false;
+  std::size_t end = kPngSignatureBytes;  // of the chunks that are there whole
+  bool pixels = false;
+  eachPngChunk(bytes.data(), bytes.size(), [&](const unsigned char* chunk, std::uint32_t length) {
+    pixels = pixels || std::memcmp(chunk + 4, "IDAT", 4) == 0;
+    end += length + kPngChunkFrame;
+  });
+  return !pixels && end + kPngChunkFrame <= bytes.size() && std::memcmp(bytes.data() + end + 4, "IDAT", 4) != 0;
 }
 
 void addExtraChunks(png_structp png, png_infop info) {
@@ -127,34 +117,6 @@ void addExtraChunks(png_structp png, png_infop info) {
   png_set_text(png, info, &text, 1);
 }
 
-Bytes encode(const Samples& samples, const JpegKind& kind, int quality) {
-  jpeg_compress_struct info = {};
-  jpeg_error_mgr errors;
-  info.err = jpeg_std_error(&errors);
-  jpeg_create_compress(&info);
-  unsigned char* memory = nullptr;
-  unsigned long size = 0;
-  jpeg_mem_dest(&info, &memory, &size);
-  info.image_width = static_cast<JDIMENSION>(samples.width);
-  info.image_height = static_cast<JDIMENSION>(samples.height);
-  info.input_components = kind.components;
-  info.in_color_space = colourSpace(kind.components);
-  jpeg_set_defaults(&info);
-  jpeg_set_quality(&info, quality, TRUE);
-  info.restart_interval = static_cast<unsigned>(kind.restartInterval);
-  if (kind.progressive) jpeg_simple_progression(&info);
-  jpeg_start_compress(&info, TRUE);
-  for (int y = 0; y < samples.height; ++y) {
-    JSAMPROW rows[1] = {const_cast<Samples&>(samples).row(y)};
-    jpeg_write_scanlines(&info, rows, 1);
-  }
-  jpeg_finish_compress(&info);
-  jpeg_destroy_compress(&info);
-  Bytes bytes(memory, memory + size);
-  std::free(memory);
-  return bytes;
-}
-
 }  // namespace
 
 Samples makeSamples(int width, int height, int channels) {
@@ -169,9 +131,13 @@ Samples makeSamples(int width, int height, int channels) {
   return samples;
 }
 
-Bytes encodeJpeg(const Samples& samples, int quality) { return encode(samples, {}, quality); }
-
-Bytes writeJpeg(const Samples& samples, const JpegKind& kind) { return encode(samples, kind, 85); }
+Bytes writeJpeg(const Samples& samples, JpegForm form, int quality) {
+  form.width = samples.width;
+  form.height = samples.height;
+  form.components = samples.channels;
+  return writeJpeg(form, quality,
+                   [&](int y, Bytes& row) { std::copy_n(samples.pixel(0, y), row.size(), row.begin()); });
+}
 
 std::optional<Samples> decodeJpeg(const Bytes& bytes) {
   if (bytes.empty()) return std::nullopt;

@@ -15,7 +15,7 @@ TEST_P(JpegLoad, GivesWhatLibjpegDecodesFromBuffersAndFiles) {
   Folder folder;
   // Some of more than one fill of the source (4096 bytes) and odd sizes on both sides.
   for (const auto& [width, height] : {std::pair{1, 1}, {8, 8}, {17, 9}, {33, 70}, {257, 131}}) {
-    const Bytes bytes = writeJpeg(makeSamples(width, height, components), {components, progressive, 0});
+    const Bytes bytes = writeJpeg(makeSamples(width, height, components), {.progressive = progressive});
     const std::optional<Samples> expected = decodeJpeg(bytes);
     ASSERT_TRUE(expected);
     TIppiImage fromBuffer(mode), fromFile(mode);
@@ -32,7 +32,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, JpegLoad,
                          testing::Combine(testing::Values(1, 3, 4), testing::Bool(), testing::ValuesIn(kByteModes)));
 
 TEST(JpegLoad, TwoComponentsAreRefusedAndLeaveNoPixels) {
-  const Bytes bytes = writeJpeg(makeSamples(20, 10, 2), {2, false, 0});
+  const Bytes bytes = writeJpeg(makeSamples(20, 10, 2));
   for (const TIppiImageMode mode : kByteModes) {
     TIppiImage image(mode);
     fillRandom(image, 5, 5, 71);
@@ -60,7 +60,7 @@ TEST(JpegLoad, WhatIsNoJpegFails) {
 
 // A marker whose length reaches past the end of the buffer must be skipped as far as there is anything.
 TEST(JpegLoad, SkippingPastTheEndOfTheBufferIsHarmless) {
-  Bytes bytes = writeJpeg(makeSamples(40, 40, 3), {});
+  Bytes bytes = writeJpeg(makeSamples(40, 40, 3));
   const Bytes comment = {0xFF, 0xFE, 0xFF, 0xFF};
   bytes.insert(bytes.begin() + 2, comment.begin(), comment.end());
   TIppiImage image(imRGB24);

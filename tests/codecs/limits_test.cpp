@@ -3,9 +3,9 @@
 
 #include <ctime>
 
-#include "tests/codecs/bmp_files.h"
 #include "tests/codecs/expected.h"
-#include "tests/codecs/hostile_files.h"
+#include "tests/files/bmp_files.h"
+#include "tests/files/hostile_files.h"
 
 namespace {
 
@@ -77,7 +77,7 @@ TEST(HugeSizes, BitmapsAreRefusedAboveTheLimitsOnly) {
   Folder folder;
   const std::string name = folder / "huge.bmp";
   const auto loadBmp = [&](int width, int height) {
-    writeFile(name, bmpHeader(width, height, 24));
+    writeFile(name, bmpHeader({width, height, 24}));
     TIppiImage image(imRGB24);
     return image.LoadFromFile(name.c_str());
   };

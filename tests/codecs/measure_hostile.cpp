@@ -1,12 +1,14 @@
 // Prints what the worst pictures cost that are known, each in a process of its own, as rows of a table.
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
+#include <functional>
 
 #include "api/vizl_api.h"
-#include "tests/codecs/hostile_files.h"
+#include "tests/files/hostile_files.h"
 
 namespace {
 

@@ -71,7 +71,7 @@ TEST(PngLoad, OtherLayoutsAreRefusedAndLeaveNoPixels) {
 TEST(PngLoad, WhatIsNoPngHasItsOwnCodes) {
   Folder folder;
   const Bytes good = writePng(makeSamples(6, 6, 3), {});
-  const Bytes jpeg = writeJpeg(makeSamples(6, 6, 3), {});
+  const Bytes jpeg = writeJpeg(makeSamples(6, 6, 3));
   TIppiImage image(imRGB24);
   EXPECT_EQ(image.LoadFromPngBuffer(good.data(), 7), -1);
   EXPECT_EQ(image.LoadFromPngBuffer(good.data(), 0), -1);

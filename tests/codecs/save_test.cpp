@@ -34,7 +34,7 @@ TEST_P(Save, JpegHoldsThreeComponentsOfTheSetQuality) {
   const std::optional<Samples> decoded = decodeJpeg(written);
   ASSERT_TRUE(decoded);
   EXPECT_EQ(decoded->channels, 3);
-  EXPECT_EQ(written, encodeJpeg(samples, 90));
+  EXPECT_EQ(written, writeJpeg(samples, {}, 90));
 }
 
 TEST_P(Save, PngHoldsFourChannelsExactly) {
@@ -99,7 +99,7 @@ TEST_F(SaveTarget, AnUnknownContextWritesAtQualityNinety) {
   fillRandom(image, 50, 40, 127);
   const std::string name = folder_ / "out.jpg";
   ASSERT_EQ(image.SaveToJpegFile(name.c_str(), 987654), 0);
-  EXPECT_EQ(readFile(name), encodeJpeg(samplesOf(image, 3), 90));
+  EXPECT_EQ(readFile(name), writeJpeg(samplesOf(image, 3), {}, 90));
 }
 
 }  // namespace

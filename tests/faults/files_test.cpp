@@ -7,8 +7,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <filesystem>
-#include <fstream>
 
 #include "stdio_hooks.h"
 #include "world.h"
@@ -16,10 +14,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-std::ptrdiff_t openDescriptors() {
-  return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
-}
 
 class FileFaults : public testing::Test {
  protected:
@@ -40,7 +34,7 @@ class FileFaults : public testing::Test {
     EXPECT_EQ(Load(name), code) << name;
     EXPECT_EQ(world.out.handle, TOutputs().handle) << name;
   }
-  std::string InFolder(const std::string& name) const { return world.folder + "/" + name; }
+  std::string InFolder(const std::string& name) const { return world.folder / name; }
 
   TWorld world;
   const std::ptrdiff_t descriptors = openDescriptors();
@@ -70,7 +64,7 @@ class TRoom {
 TEST_F(FileFaults, AFullDiskLeavesAnEmptyFile) {
   for (const std::string& name : {world.jpegOutput, world.pngOutput, world.bmpOutput}) {
     ASSERT_EQ(Save(name), VIZLE_OK);
-    const std::vector<unsigned char> whole = BytesOf(name);
+    const std::vector<unsigned char> whole = readFile(name);
     // A bitmap's writing reports nothing: that is told in the interface.
     const int32_t code = name == world.bmpOutput ? VIZLE_OK : VIZLE_IMAGE_IO_FAILED;
     for (std::size_t room = 0; room < whole.size(); room += room < 60 ? 9 : 3989) {
@@ -82,7 +76,7 @@ TEST_F(FileFaults, AFullDiskLeavesAnEmptyFile) {
     }
     const TRoom limited(whole.size());
     EXPECT_EQ(Save(name), VIZLE_OK);
-    EXPECT_TRUE(BytesOf(name) == whole);
+    EXPECT_TRUE(readFile(name) == whole);
   }
 }
 
@@ -115,9 +109,9 @@ TEST_F(FileFaults, DevicesAndPipesAreWrittenButNeverEmptied) {
   std::FILE* const reader = std::fopen(pipe.c_str(), "r+");  // a pipe holds 64 KiB
   ASSERT_EQ(Save(pipe), VIZLE_OK);
   ASSERT_EQ(Save(world.jpegOutput), VIZLE_OK);
-  std::vector<unsigned char> piped(BytesOf(world.jpegOutput).size());
+  std::vector<unsigned char> piped(readFile(world.jpegOutput).size());
   EXPECT_EQ(std::fread(piped.data(), 1, piped.size(), reader), piped.size());
-  EXPECT_TRUE(piped == BytesOf(world.jpegOutput));
+  EXPECT_TRUE(piped == readFile(world.jpegOutput));
   std::fclose(reader);
   unlink(pipe.c_str());
 }
@@ -154,7 +148,7 @@ TEST_F(FileFaults, WhatPermissionsForbid) {
   EXPECT_EQ(Save(closed + "/a.png"), VIZLE_CANNOT_CREATE_FILE);
   EXPECT_EQ(Save(world.pngFile), VIZLE_CANNOT_CREATE_FILE);
   ASSERT_EQ(seteuid(root ? 0 : geteuid()), 0);
-  EXPECT_EQ(BytesOf(world.pngFile).empty(), !root);
+  EXPECT_EQ(readFile(world.pngFile).empty(), !root);
   EXPECT_TRUE(fs::is_empty(closed));
   chmod(closed.c_str(), 0755);
 }
@@ -187,7 +181,7 @@ TEST_F(FileFaults, WithoutStandardInput) {
     dup2(kept, 0);
     close(kept);
   }
-  EXPECT_TRUE(BytesOf(world.pngOutput) == world.png);
+  EXPECT_TRUE(readFile(world.pngOutput) == world.png);
 }
 
 TEST_F(FileFaults, ReadsThatFail) {

@@ -4,9 +4,6 @@
 #include <unistd.h>
 
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace {
 
@@ -28,20 +25,13 @@ HImage newImage() {
 
 }  // namespace
 
-std::vector<unsigned char> BytesOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
 TWorld::TWorld() {
-  folder = testing::TempDir() + "/portraitcut_faults_" + std::to_string(getpid());
-  std::filesystem::create_directories(folder);
-  jpegFile = folder + "/face.jpg";
-  pngFile = folder + "/face.png";
-  bmpFile = folder + "/face.bmp";
-  jpegOutput = folder + "/output.jpg";
-  pngOutput = folder + "/output.png";
-  bmpOutput = folder + "/output.bmp";
+  jpegFile = folder / "face.jpg";
+  pngFile = folder / "face.png";
+  bmpFile = folder / "face.bmp";
+  jpegOutput = folder / "output.jpg";
+  pngOutput = folder / "output.png";
+  bmpOutput = folder / "output.bmp";
   require(VIZL_Initialize(nullptr));
   MakePictures();
   ContextID context = 0;
@@ -56,7 +46,6 @@ TWorld::~TWorld() {
   VIZL_FreeContext_ID(kQuick);
   VIZL_SetFaceDetectionParameters(true, true, 384);
   VIZL_Finalize();
-  std::filesystem::remove_all(folder);
 }
 
 void TWorld::MakePictures() {
@@ -66,8 +55,8 @@ void TWorld::MakePictures() {
   require(VIZL_SaveImageToFile(image, jpegFile.c_str()));
   require(VIZL_SaveImageToFile(image, pngFile.c_str()));
   require(VIZL_SaveImageToFile(image, bmpFile.c_str()));
-  jpeg = BytesOf(jpegFile);
-  png = BytesOf(pngFile);
+  jpeg = readFile(jpegFile);
+  png = readFile(pngFile);
   newImage();
   FillTarget();
   const HImage overlay = newImage(), ground = newImage();
@@ -123,7 +112,7 @@ std::string TWorld::Outputs() const {
 std::string TWorld::Files() const {
   std::string text;
   for (const std::string* file : {&jpegOutput, &pngOutput, &bmpOutput}) {
-    const std::vector<unsigned char> bytes = BytesOf(*file);
+    const std::vector<unsigned char> bytes = readFile(*file);
     append(text, bytes.size());
     text.append(bytes.begin(), bytes.end());
   }

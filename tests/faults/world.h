@@ -1,11 +1,9 @@
 // What the tests of faults act on: pictures, contexts and outputs whose whole content can be told and compared.
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "api/pc_api.h"
 #include "api/vizl_api.h"
+#include "tests/files/files.h"
 
 // All that the exported functions write, filled with a pattern that none of them writes.
 struct TOutputs {
@@ -32,7 +30,7 @@ class TWorld {
   static constexpr ContextID kFreshContext = 2;  // made by Prepare
 
   TOutputs out;
-  std::string folder;  // for temporary files
+  const Folder folder;
   // Made beforehand, as strings that a call under test made would take memory.
   std::string jpegFile, pngFile, bmpFile;
   std::string jpegOutput, pngOutput, bmpOutput;
@@ -59,5 +57,3 @@ class TWorld {
   void MakePictures();
   void FillTarget();
 };
-
-std::vector<unsigned char> BytesOf(const std::string& path);

@@ -4,42 +4,14 @@
 
 #include <algorithm>
 #include <cstring>
-#include <vector>
 
-#include "tests/fuzz/input.h"
+#include "tests/files/png_files.h"
 
 extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t maxSize);
 
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-constexpr std::size_t kSignatureBytes = 8, kChunkFrame = 12, kMostPacked = 1 << 16;
-
-std::uint32_t bigEndian(const std::uint8_t* p) {
-  return static_cast<std::uint32_t>(p[0]) << 24 | static_cast<std::uint32_t>(p[1]) << 16 |
-         static_cast<std::uint32_t>(p[2]) << 8 | p[3];
-}
-
-void putBigEndian(std::uint8_t* p, std::uint32_t value) {
-  for (int i = 0; i < 4; ++i) p[i] = static_cast<std::uint8_t>(value >> 8 * (3 - i));
-}
-
-// Calls `visit` with each chunk that is there whole: its first byte and the length of its data.
-template <typename Visit>
-void eachChunk(std::uint8_t* data, std::size_t size, Visit visit) {
-  for (std::size_t at = kSignatureBytes; at + kChunkFrame <= size;) {
-    const std::uint32_t length = bigEndian(data + at);
-    if (length > size - at - kChunkFrame) return;
-    visit(data + at, length);
-    at += length + kChunkFrame;
-  }
-}
-
-void mendChecksums(std::uint8_t* data, std::size_t size) {
-  eachChunk(data, size, [](std::uint8_t* chunk, std::uint32_t length) {
-    putBigEndian(chunk + 8 + length, static_cast<std::uint32_t>(crc32(0, chunk + 4, length + 4)));
-  });
-}
+constexpr std::size_t kMostPacked = 1 << 16;
 
 Bytes unpack(const Bytes& packed) {
   Bytes rows(kMostPacked);
@@ -57,33 +29,24 @@ Bytes unpack(const Bytes& packed) {
 
 // The file with other rows, all in one chunk where the first of them lay; nothing if that has no room.
 Bytes withRows(const Bytes& file, const Bytes& rows) {
-  uLongf size = compressBound(static_cast<uLong>(rows.size()));
-  Bytes packed(size);
-  compress2(packed.data(), &size, rows.data(), static_cast<uLong>(rows.size()), 6);
-  packed.resize(size);
-  Bytes out(file.begin(), file.begin() + kSignatureBytes);
+  const Bytes made = chunkBytes({"IDAT", packed(rows, 6)});
+  Bytes out(file.begin(), file.begin() + kPngSignatureBytes);
   bool done = false;
-  Bytes source = file;
-  eachChunk(source.data(), source.size(), [&](const std::uint8_t* chunk, std::uint32_t length) {
+  eachPngChunk(file.data(), file.size(), [&](const std::uint8_t* chunk, std::uint32_t length) {
     const bool pixels = std::memcmp(chunk + 4, "IDAT", 4) == 0;
-    if (!pixels) out.insert(out.end(), chunk, chunk + length + kChunkFrame);
-    if (!pixels || done) return;
-    done = true;
-    Bytes made(kChunkFrame + packed.size());
-    putBigEndian(made.data(), static_cast<std::uint32_t>(packed.size()));
-    std::memcpy(made.data() + 4, "IDAT", 4);
-    std::copy(packed.begin(), packed.end(), made.begin() + 8);
-    out.insert(out.end(), made.begin(), made.end());
+    if (!pixels) out.insert(out.end(), chunk, chunk + length + kPngChunkFrame);
+    if (pixels && !done) append(out, made);
+    done = done || pixels;
   });
   return out;
 }
 
 std::size_t mutateRows(std::uint8_t* data, std::size_t size, std::size_t maxSize) {
-  Bytes packed;
-  eachChunk(data, size, [&](const std::uint8_t* chunk, std::uint32_t length) {
-    if (std::memcmp(chunk + 4, "IDAT", 4) == 0) packed.insert(packed.end(), chunk + 8, chunk + 8 + length);
+  Bytes pixels;
+  eachPngChunk(data, size, [&](const std::uint8_t* chunk, std::uint32_t length) {
+    if (std::memcmp(chunk + 4, "IDAT", 4) == 0) pixels.insert(pixels.end(), chunk + 8, chunk + 8 + length);
   });
-  Bytes rows = unpack(packed);
+  Bytes rows = unpack(pixels);
   if (rows.empty()) return 0;
   const std::size_t had = rows.size();
   rows.resize(had + 64);
@@ -98,12 +61,12 @@ std::size_t mutateRows(std::uint8_t* data, std::size_t size, std::size_t maxSize
 
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t maxSize,
                                                unsigned seed) {
-  if (size > kSignatureBytes && seed % 4 == 0) {
+  if (size > kPngSignatureBytes && seed % 4 == 0) {
     const std::size_t made = mutateRows(data, size, maxSize);
     if (made != 0) size = made;
   } else {
     size = LLVMFuzzerMutate(data, size, maxSize);
   }
-  if (seed % 16 != 1) mendChecksums(data, size);
+  if (seed % 16 != 1) eachPngChunk(data, size, mendChecksum);
   return size;
 }

@@ -1,4 +1,5 @@
 // A PNG file, from a buffer and from the disk, with and without alpha.
+#include "tests/files/png_files.h"
 #include "tests/fuzz/feedback.h"
 #include "tests/fuzz/input.h"
 #include "tests/fuzz/library.h"
@@ -7,31 +8,25 @@
 namespace {
 
 constexpr long long kMostPixels = 1 << 18;
-constexpr std::size_t kSignatureBytes = 8, kChunkFrame = 12, kHeaderEnd = 33;
-
-std::uint32_t bigEndian(const std::uint8_t* p) {
-  return static_cast<std::uint32_t>(p[0]) << 24 | static_cast<std::uint32_t>(p[1]) << 16 |
-         static_cast<std::uint32_t>(p[2]) << 8 | p[3];
-}
 
 // The kinds of chunks, each with the one before it, and the layout.
 void noteChunks(const std::uint8_t* data, std::size_t size) {
-  if (size < kHeaderEnd) return;
+  if (size < kPngHeaderEnd) return;
   noteEvent(1, bigEndian(data + 24));
   noteEvent(2, data[28]);
   std::uint32_t before = 0;
-  for (std::size_t at = kSignatureBytes; at + kChunkFrame <= size;) {
+  for (std::size_t at = kPngSignatureBytes; at + kPngChunkFrame <= size;) {
     const std::uint32_t type = bigEndian(data + at + 4), length = bigEndian(data + at);
     noteEvent(3, type * 31 + before);
     before = type;
-    if (length > size - at - kChunkFrame) return;
-    at += length + kChunkFrame;
+    if (length > size - at - kPngChunkFrame) return;
+    at += length + kPngChunkFrame;
   }
 }
 
 // Taken from where the sides of every file stand.
 bool tooLarge(const std::uint8_t* data, std::size_t size) {
-  if (size < kHeaderEnd) return false;
+  if (size < kPngHeaderEnd) return false;
   const std::uint64_t width = bigEndian(data + 16), height = bigEndian(data + 20);
   return width <= 65535 && height <= 65535 && width * height > kMostPixels;
 }

@@ -1,8 +1,5 @@
 // Gives a target its seeds, as they are made, and the files of its kept corpus: fuzz_replay TARGET FOLDER.
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 
 #include "tests/fuzz/seeds/seeds.h"
@@ -36,10 +33,7 @@ Seeds keptIn(const std::filesystem::path& path) {
     files.push_back(path);
   }
   Seeds kept;
-  for (const auto& name : files) {
-    std::ifstream file(name, std::ios::binary);
-    kept.push_back({name.filename(), Bytes(std::istreambuf_iterator<char>(file), {})});
-  }
+  for (const auto& name : files) kept.push_back({name.filename(), readFile(name)});
   return kept;
 }
 

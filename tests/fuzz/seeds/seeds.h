@@ -1,11 +1,7 @@
 // The inputs that fuzzing starts from, made anew each time: the same bytes on every machine with the same libjpeg.
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <vector>
-
-using Bytes = std::vector<std::uint8_t>;
+#include "tests/files/files.h"
 
 struct Seed {
   std::string name;

@@ -1,14 +1,12 @@
 // Pictures that ask for more time and memory than their bytes are worth.
 #pragma once
 
-#include <cstdint>
-
-#include "tests/codecs/files.h"
+#include "tests/files/files.h"
 
 // The file with other sides in its frame or header, and its pixels as they were.
-Bytes jpegWithSides(Bytes bytes, int width, int height);
+Bytes jpegWithSides(const Bytes& bytes, int width, int height);
 Bytes pngWithSides(Bytes bytes, std::uint32_t width, std::uint32_t height);
-Bytes pngWithChunk(const Bytes& file, const char* type, const Bytes& data);
+Bytes pngWithChunk(Bytes file, const char* type, const Bytes& data);
 
 // How a JPEG file is coded: one scan, or several that each walk over all blocks.
 enum class JpegCoding { kBaseline, kProgressive, kArithmetic, kArithmeticProgressive };
