@@ -79,16 +79,13 @@ TEST_F(Buffers, TheViewShowsTheBottomRowFirst) {
   for (int channels : {1, 3, 4}) {
     const TPicture source = RandomPicture(5, 3, channels);
     const HImage image = ImageOf(source);
-    unsigned char* data;
-    int width, height, scanLine;
-    VIZL_IMAGEMODE mode;
-    ASSERT_EQ(VIZL_GetImageData(image, &data, &width, &height, &scanLine, &mode), VIZLE_OK);
-    EXPECT_EQ(width, 5);
-    EXPECT_EQ(height, 3);
-    EXPECT_EQ(mode, channels == 4 ? VIZL_IMAGE_COLOR32 : VIZL_IMAGE_COLOR24) << "gray becomes colour";
-    EXPECT_EQ(scanLine, 36 * (channels == 4 ? 4 : 3));
-    EXPECT_EQ(data[0], source.at(0, 2)[0]);
-    EXPECT_EQ(data[2 * scanLine], source.at(0, 0)[0]);
+    const TView view = ViewOf(image);
+    EXPECT_EQ(view.width, 5);
+    EXPECT_EQ(view.height, 3);
+    EXPECT_EQ(view.mode, channels == 4 ? VIZL_IMAGE_COLOR32 : VIZL_IMAGE_COLOR24) << "gray becomes colour";
+    EXPECT_EQ(view.scanLine, 36 * (channels == 4 ? 4 : 3));
+    EXPECT_EQ(view.data[0], source.at(0, 2)[0]);
+    EXPECT_EQ(view.data[2 * view.scanLine], source.at(0, 0)[0]);
   }
 }
 
@@ -109,12 +106,9 @@ TEST_F(Buffers, SizesWithoutPixelsGiveEmptyImages) {
   for (const auto& [width, height] : {std::pair(0, 5), std::pair(5, 0), std::pair(-1, 5), std::pair(5, INT_MIN)}) {
     HImage image;
     ASSERT_EQ(VIZL_LoadImageFromBuffer(&image, &byte, width, height, 0, 1), VIZLE_OK);
-    unsigned char* data;
-    int w, h, scanLine;
-    VIZL_IMAGEMODE mode;
-    ASSERT_EQ(VIZL_GetImageData(image, &data, &w, &h, &scanLine, &mode), VIZLE_OK);
-    EXPECT_EQ(data, nullptr);
-    EXPECT_TRUE(w == 0 || h == 0);
+    const TView view = ViewOf(image);
+    EXPECT_EQ(view.data, nullptr);
+    EXPECT_TRUE(view.width == 0 || view.height == 0);
     unsigned char untouched = 99;
     EXPECT_EQ(VIZL_SaveImageToBuffer(image, &untouched, 2), VIZLE_OK);
     EXPECT_EQ(untouched, 99);

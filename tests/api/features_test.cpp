@@ -36,13 +36,8 @@ int32_t searchInRegion(HImage image, const TFacePosition& face, TFound& found) {
   return VIZL_DetectFacialFeaturesInRegionEx(image, &face, &found.points, &found.confidences);
 }
 
-class Features : public LibraryTest {
+class Features : public DiscTest {
  protected:
-  void SetUp() override {
-    LibraryTest::SetUp();
-    UseDiscDetector();
-    ASSERT_EQ(VIZL_SetFaceDetectionParameters(false, false, 200), VIZLE_OK);
-  }
   void TearDown() override {
     NeedInterrupt = 0;
     LibraryTest::TearDown();

@@ -18,14 +18,6 @@ TPicture slope(int width, int height) {
   return picture;
 }
 
-std::string saved(const TPicture& picture, const std::string& name) {
-  const std::string path = TemporaryPath(name);
-  const HImage image = ImageOf(picture);
-  EXPECT_EQ(VIZL_SaveImageToFile(image, path.c_str()), VIZLE_OK);
-  EXPECT_EQ(VIZL_FreeImage(image), VIZLE_OK);
-  return path;
-}
-
 bool startsWith(const std::string& path, std::initializer_list<int> bytes) {
   const std::vector<unsigned char> content = readFile(path);
   return content.size() > bytes.size() && std::equal(bytes.begin(), bytes.end(), content.begin());
@@ -38,7 +30,7 @@ bool isBmp(const std::string& path) { return startsWith(path, {'B', 'M'}); }
 TEST_F(Files, LosslessFormatsGiveThePictureBack) {
   const TPicture picture = RandomPicture(37, 21, 3);
   for (const char* name : {"a.png", "A.PNG", "a.bmp", "a.BMP"}) {
-    const std::string path = saved(picture, name);
+    const std::string path = SavedPicture(picture, name);
     HImage image;
     ASSERT_EQ(VIZL_LoadImageFromFile(&image, path.c_str()), VIZLE_OK) << name;
     EXPECT_TRUE(PictureOf(image, 3) == picture) << name;
@@ -47,15 +39,15 @@ TEST_F(Files, LosslessFormatsGiveThePictureBack) {
 
 TEST_F(Files, TheNameRulesTheFormatOfASavedFile) {
   const TPicture picture = slope(20, 20);
-  EXPECT_TRUE(isPng(saved(picture, "out.Png")));
-  EXPECT_TRUE(isBmp(saved(picture, "outbmp")));
-  for (const char* name : {"out.tif", "out", "out.png.out"}) EXPECT_TRUE(isJpeg(saved(picture, name))) << name;
+  EXPECT_TRUE(isPng(SavedPicture(picture, "out.Png")));
+  EXPECT_TRUE(isBmp(SavedPicture(picture, "outbmp")));
+  for (const char* name : {"out.tif", "out", "out.png.out"}) EXPECT_TRUE(isJpeg(SavedPicture(picture, name))) << name;
 }
 
 TEST_F(Files, AlphaIsKeptOnlyWhereItIsAskedFor) {
   const TPicture picture = RandomPicture(9, 7, 4);
-  const std::string png = saved(picture, "alpha.png"), bmp = saved(picture, "alpha.bmp"),
-                    jpg = saved(picture, "alpha.jpg");
+  const std::string png = SavedPicture(picture, "alpha.png"), bmp = SavedPicture(picture, "alpha.bmp"),
+                    jpg = SavedPicture(picture, "alpha.jpg");
   HImage image;
   ASSERT_EQ(VIZL_LoadImageFromFileWithAlpha(&image, png.c_str()), VIZLE_OK);
   EXPECT_TRUE(PictureOf(image, 4) == picture);
@@ -65,18 +57,14 @@ TEST_F(Files, AlphaIsKeptOnlyWhereItIsAskedFor) {
   EXPECT_TRUE(PictureOf(image, 4) == opaque);
   for (const std::string& path : {bmp, jpg}) {
     ASSERT_EQ(VIZL_LoadImageFromFileWithAlpha(&image, path.c_str()), VIZLE_OK);
-    unsigned char* data;
-    int width, height, scanLine;
-    VIZL_IMAGEMODE mode;
-    ASSERT_EQ(VIZL_GetImageData(image, &data, &width, &height, &scanLine, &mode), VIZLE_OK);
-    EXPECT_EQ(mode, VIZL_IMAGE_COLOR32);
+    EXPECT_EQ(ViewOf(image).mode, VIZL_IMAGE_COLOR32);
     EXPECT_EQ(PictureOf(image, 4).at(4, 4)[3], 255);
   }
 }
 
 TEST_F(Files, CompressedBuffersLoadLikeTheirFiles) {
-  const auto png = readFile(saved(RandomPicture(9, 7, 4), "buffer.png"));
-  const auto jpg = readFile(saved(slope(40, 24), "buffer.jpg"));
+  const auto png = readFile(SavedPicture(RandomPicture(9, 7, 4), "buffer.png"));
+  const auto jpg = readFile(SavedPicture(slope(40, 24), "buffer.jpg"));
   const auto pngSize = static_cast<unsigned>(png.size()), jpgSize = static_cast<unsigned>(jpg.size());
   HImage image;
   ASSERT_EQ(VIZL_LoadImageFromPngBufferWithAlpha(&image, png.data(), pngSize), VIZLE_OK);
@@ -85,7 +73,7 @@ TEST_F(Files, CompressedBuffersLoadLikeTheirFiles) {
   EXPECT_EQ(WidthOf(image), 9);
   ASSERT_EQ(VIZL_LoadImageFromJpegBuffer(&image, jpg.data(), jpgSize), VIZLE_OK);
   HImage fromFile;
-  ASSERT_EQ(VIZL_LoadImageFromFile(&fromFile, saved(slope(40, 24), "again.jpg").c_str()), VIZLE_OK);
+  ASSERT_EQ(VIZL_LoadImageFromFile(&fromFile, SavedPicture(slope(40, 24), "again.jpg").c_str()), VIZLE_OK);
   EXPECT_TRUE(PictureOf(image, 3) == PictureOf(fromFile, 3));
 }
 

@@ -44,11 +44,7 @@ TEST_P(Geometry, WorksFromAHandleIntoItself) {
 TEST_P(Geometry, GivesTheDestinationTheLayoutOfTheSource) {
   const HImage source = ImageOf(RandomPicture(41, 23, 4)), dest = ImageOf(RandomPicture(3, 3, 3));
   ASSERT_EQ(GetParam().run(source, dest), VIZLE_OK);
-  unsigned char* data;
-  int width, height, scanLine;
-  VIZL_IMAGEMODE mode;
-  ASSERT_EQ(VIZL_GetImageData(dest, &data, &width, &height, &scanLine, &mode), VIZLE_OK);
-  EXPECT_EQ(mode, VIZL_IMAGE_COLOR32);
+  EXPECT_EQ(ViewOf(dest).mode, VIZL_IMAGE_COLOR32);
 }
 
 TEST_P(Geometry, TakesAnEmptySource) {

@@ -19,14 +19,11 @@ TEST_F(Handles, ANewImageIsEmptyAlsoInAnOldSlot) {
   const HImage image = ImageOf(RandomPicture(7, 5, 4));
   ASSERT_EQ(VIZL_FreeImage(image), VIZLE_OK);
   ASSERT_EQ(EmptyImage(), image);
-  unsigned char* data = nullptr;
-  int width = -1, height = -1, scanLine = -1;
-  VIZL_IMAGEMODE mode = -1;
-  ASSERT_EQ(VIZL_GetImageData(image, &data, &width, &height, &scanLine, &mode), VIZLE_OK);
-  EXPECT_EQ(data, nullptr);
-  EXPECT_EQ(width, 0);
-  EXPECT_EQ(height, 0);
-  EXPECT_EQ(mode, VIZL_IMAGE_COLOR24);
+  const TView view = ViewOf(image);
+  EXPECT_EQ(view.data, nullptr);
+  EXPECT_EQ(view.width, 0);
+  EXPECT_EQ(view.height, 0);
+  EXPECT_EQ(view.mode, VIZL_IMAGE_COLOR24);
 }
 
 TEST_F(Handles, FreeingWhatIsNotThereIsNoErrorAndTouchesNothing) {

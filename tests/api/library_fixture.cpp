@@ -1,10 +1,9 @@
 #include "library_fixture.h"
 
-#include <bit>
-#include <initializer_list>
 #include <random>
 
 #include "detect/TIppiFaceDetector.h"
+#include "tests/detect/cascade_builder.h"
 
 namespace {
 
@@ -16,28 +15,10 @@ void restoreSettings() {
   EXPECT_EQ(pcSetFaceShift(0, 0), VIZLE_OK);
 }
 
-void putWords(Bytes& stream, std::initializer_list<int> words) {
-  for (const int word : words) putLittleEndian(stream, static_cast<std::uint32_t>(word), 4);
-}
-
-void putFloats(Bytes& stream, std::initializer_list<float> values) {
-  for (const float value : values) putLittleEndian(stream, std::bit_cast<std::uint32_t>(value), 4);
-}
-
 // One stage with one classifier on a window of 20 by 20: the middle 8 by 8 pixels against the 16 by 16 around them, as
 // a value that is the more negative the brighter the middle is. A disc that fills the middle gives about -1.29
 // standard deviations, and a flat window 0, which must not pass.
-Bytes discCascade() {
-  Bytes stream;
-  putWords(stream, {20, 20, 1, 1, 2});
-  putWords(stream, {1});
-  putFloats(stream, {0.5F});
-  putWords(stream, {2, 2, 2, 16, 16});
-  putFloats(stream, {1});
-  putWords(stream, {6, 6, 8, 8});
-  putFloats(stream, {-4, -1.1F, 1, 0});
-  return stream;
-}
+const TestCascade kDiscCascade = {20, 20, {{{{2, 2, 16, 16}, {6, 6, 8, 8}}, {1, -4}, {-1.1F}, {1}, {0}, {2}}}, {0.5F}};
 
 }  // namespace
 
@@ -49,6 +30,12 @@ void LibraryTest::SetUp() {
 void LibraryTest::TearDown() {
   restoreSettings();
   EXPECT_EQ(VIZL_Finalize(), VIZLE_OK);
+}
+
+void DiscTest::SetUp() {
+  LibraryTest::SetUp();
+  UseDiscDetector();
+  ASSERT_EQ(VIZL_SetFaceDetectionParameters(false, false, 200), VIZLE_OK);
 }
 
 bool operator==(const TPicture& a, const TPicture& b) {
@@ -107,6 +94,12 @@ TPicture PictureOf(HImage image, int channels) {
   return picture;
 }
 
+TView ViewOf(HImage image) {
+  TView view;
+  EXPECT_EQ(VIZL_GetImageData(image, &view.data, &view.width, &view.height, &view.scanLine, &view.mode), VIZLE_OK);
+  return view;
+}
+
 int WidthOf(HImage image) {
   int width = -1;
   EXPECT_EQ(VIZL_GetImageWidth(image, &width), VIZLE_OK);
@@ -125,7 +118,7 @@ bool IsValid(HImage image) {
 }
 
 void UseDiscDetector() {
-  const Bytes stream = discCascade();
+  const Bytes stream = kDiscCascade.Stream();
   delete IppiFaceDetector;
   IppiFaceDetector = new TIppiFaceDetector(stream.data(), static_cast<unsigned>(stream.size()));
 }
@@ -134,5 +127,13 @@ std::string TemporaryPath(const std::string& name) {
   static const Folder folder;
   const std::string path = folder / name;
   std::filesystem::remove_all(path);
+  return path;
+}
+
+std::string SavedPicture(const TPicture& picture, const std::string& name) {
+  const std::string path = TemporaryPath(name);
+  const HImage image = ImageOf(picture);
+  EXPECT_EQ(VIZL_SaveImageToFile(image, path.c_str()), VIZLE_OK);
+  EXPECT_EQ(VIZL_FreeImage(image), VIZLE_OK);
   return path;
 }

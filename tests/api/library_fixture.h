@@ -19,6 +19,13 @@ class LibraryTest : public testing::Test {
   void TearDown() override;
 };
 
+// With the detector of UseDiscDetector and one upright scan of a small picture, where it matters what is found and not
+// how.
+class DiscTest : public LibraryTest {
+ protected:
+  void SetUp() override;
+};
+
 // Raw pixels, top row first and without padding.
 struct TPicture {
   int width;
@@ -46,6 +53,13 @@ HImage EmptyImage();
 HImage ImageOf(const TPicture& picture);
 // What VIZL_SaveImageToBuffer gives for this many channels.
 TPicture PictureOf(HImage image, int channels);
+// What VIZL_GetImageData tells.
+struct TView {
+  unsigned char* data = nullptr;
+  int width = -1, height = -1, scanLine = -1;
+  VIZL_IMAGEMODE mode = -1;
+};
+TView ViewOf(HImage image);
 int WidthOf(HImage image);
 int HeightOf(HImage image);
 bool IsValid(HImage image);
@@ -56,3 +70,5 @@ void UseDiscDetector();
 
 // A path in a folder that ends with the process, where nothing is yet.
 std::string TemporaryPath(const std::string& name);
+// The path of a file there of this picture, in the format that the name tells.
+std::string SavedPicture(const TPicture& picture, const std::string& name);

@@ -9,13 +9,10 @@ namespace {
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr int kUnknown = 99;
 
-class Pc : public LibraryTest {
+class Pc : public DiscTest {
  protected:
   void SetUp() override {
-    LibraryTest::SetUp();
-    UseDiscDetector();
-    // One upright scan of a small picture: what is found matters here, not how.
-    ASSERT_EQ(VIZL_SetFaceDetectionParameters(false, false, 200), VIZLE_OK);
+    DiscTest::SetUp();
     ASSERT_EQ(pcCreateContextID(&context), VIZLE_OK);
     ASSERT_EQ(VIZL_SetFaceDetectionParameters_C(false, false, 200, context), VIZLE_OK);
   }
@@ -26,21 +23,7 @@ class Pc : public LibraryTest {
     LibraryTest::TearDown();
   }
 
-  std::string facePath() {
-    const HImage image = ImageOf(DiscPicture(640, 480, 300, 200, 60));
-    const std::string path = TemporaryPath("face.png");
-    EXPECT_EQ(VIZL_SaveImageToFile(image, path.c_str()), VIZLE_OK);
-    EXPECT_EQ(VIZL_FreeImage(image), VIZLE_OK);
-    return path;
-  }
-
-  std::string plainPath() {
-    const HImage image = ImageOf(PlainPicture(64, 48, 3, 0));
-    const std::string path = TemporaryPath("plain.png");
-    EXPECT_EQ(VIZL_SaveImageToFile(image, path.c_str()), VIZLE_OK);
-    EXPECT_EQ(VIZL_FreeImage(image), VIZLE_OK);
-    return path;
-  }
+  static std::string facePath() { return SavedPicture(DiscPicture(640, 480, 300, 200, 60), "face.png"); }
 
   static void expectNoHandleLeft() {
     const HImage next = EmptyImage();
@@ -190,7 +173,8 @@ TEST_F(Pc, PassesScaleAndShiftOn) {
 }
 
 TEST_F(Pc, FailuresLeaveNoFileAndNoHandle) {
-  const std::string missing = TemporaryPath("missing.png"), plain = plainPath(), output = TemporaryPath("none.png");
+  const std::string missing = TemporaryPath("missing.png"),
+                    plain = SavedPicture(PlainPicture(64, 48, 3, 0), "plain.png"), output = TemporaryPath("none.png");
   int n = 5;
   EXPECT_EQ(pcPortraitCut(missing.c_str(), output.c_str(), 9, 9), VIZLE_CANNOT_OPEN_FILE);
   EXPECT_EQ(pcGetFacePosition(missing.c_str(), 9, 9, &n, &n, &n, &n), VIZLE_CANNOT_OPEN_FILE);

@@ -14,15 +14,8 @@ struct Frame {
   bool operator==(const Frame&) const = default;
 };
 
-class Portrait : public LibraryTest {
+class Portrait : public DiscTest {
  protected:
-  void SetUp() override {
-    LibraryTest::SetUp();
-    UseDiscDetector();
-    // One upright scan of a small picture: what is found matters here, not how.
-    ASSERT_EQ(VIZL_SetFaceDetectionParameters(false, false, 200), VIZLE_OK);
-  }
-
   static int32_t find(HImage image, int width, int height, double scale, double shiftX, double shiftY, Frame& f) {
     return VIZL_GetFacePosition(image, width, height, scale, shiftX, shiftY, false, &f.x1, &f.y1, &f.x2, &f.y2);
   }

@@ -3,22 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <cstddef>
 
 #include "api/vizl_api.h"
-#include "image/TIppiImage.h"
+#include "tests/features/search_models.h"
 
 namespace {
-
-unsigned char& pixelAt(TIppiImage& image, int x, int y) {
-  return image.Pixels[static_cast<std::ptrdiff_t>(image.Height - 1 - y) * image.Step + x];
-}
 
 // 1 at the top left, growing by 1 in x and by 1 in y.
 void makeRamp(TIppiImage& image, int width, int height) {
   image.AllocNew(width, height);
   for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) pixelAt(image, x, y) = static_cast<unsigned char>(1 + (x + y) / 4);
+    for (int x = 0; x < width; ++x) facePixel(image, x, y) = static_cast<unsigned char>(1 + (x + y) / 4);
   }
 }
 
@@ -47,7 +42,7 @@ TEST_F(CropFace, TheSquareIsTruncatedInDoubles) {
   for (int y = 8; y < 120; y += 16) {
     for (int x = 8; x < 120; x += 16) {
       const double inImage = left + top + (x + y) / static_cast<double>(scale);
-      EXPECT_NEAR(pixelAt(image, x, y), 1 + inImage / 4, 1.5) << x << ", " << y;
+      EXPECT_NEAR(facePixel(image, x, y), 1 + inImage / 4, 1.5) << x << ", " << y;
     }
   }
 }
@@ -76,12 +71,12 @@ TEST_F(CropFace, FeaturesMoveAlong) {
 TEST_F(CropFace, OutsideTheImageIsBlack) {
   ASSERT_EQ(crop({0, 0, 100, 0, 0}, 100), VIZLE_OK);
   EXPECT_LT(left, 0);
-  EXPECT_EQ(pixelAt(image, 5, 5), 0);
-  EXPECT_NEAR(pixelAt(image, 90, 90), 1 + (45 + 50) / 4, 3);
+  EXPECT_EQ(facePixel(image, 5, 5), 0);
+  EXPECT_NEAR(facePixel(image, 90, 90), 1 + (45 + 50) / 4, 3);
   makeRamp(image, 400, 300);
   ASSERT_EQ(crop({1000000000, -1000000000, 50, 0, 0}, 20), VIZLE_OK);
   EXPECT_EQ(image.Width, 20);
-  EXPECT_EQ(pixelAt(image, 10, 10), 0);
+  EXPECT_EQ(facePixel(image, 10, 10), 0);
 }
 
 TEST_F(CropFace, WhatNoImageCanHoldIsRefusedAndNothingChanges) {
@@ -94,7 +89,7 @@ TEST_F(CropFace, WhatNoImageCanHoldIsRefusedAndNothingChanges) {
     EXPECT_EQ(crop({100, 100, 50, 0, 0}, size, &feature, 1), VIZLE_INVALID_ARGUMENT) << size;
   }
   EXPECT_EQ(image.Width, 400);
-  EXPECT_EQ(pixelAt(image, 399, 0), 1 + 399 / 4);
+  EXPECT_EQ(facePixel(image, 399, 0), 1 + 399 / 4);
   EXPECT_EQ(feature.x, 5);
   EXPECT_EQ(left, -7);
   EXPECT_EQ(scale, -7);

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
-#include <cstddef>
 #include <limits>
 #include <ostream>
 #include <random>
@@ -13,17 +12,14 @@
 
 #include "api/vizl_api.h"
 #include "features/mean_grid.h"
+#include "tests/features/search_models.h"
 
 namespace {
-
-unsigned char& pixelAt(TIppiImage& image, int x, int y) {
-  return image.Pixels[static_cast<std::ptrdiff_t>(image.Height - 1 - y) * image.Step + x];
-}
 
 void fill(TIppiImage& image, int width, int height, unsigned char value) {
   image.AllocNew(width, height);
   for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) pixelAt(image, x, y) = value;
+    for (int x = 0; x < width; ++x) facePixel(image, x, y) = value;
   }
 }
 
@@ -95,10 +91,10 @@ TEST(FaceImage, IsAlwaysOfTheNetworksSizeAndFilledButForOneEdge) {
     ASSERT_EQ(faceImage.Face.Width, 256);
     ASSERT_EQ(faceImage.Face.Height, 256);
     for (int y = 1; y < 256; y += 3) {
-      for (int x = 0; x < 255; x += 2) ASSERT_EQ(pixelAt(faceImage.Face, x, y), 200) << x << ", " << y << " of " << w;
+      for (int x = 0; x < 255; x += 2) ASSERT_EQ(facePixel(faceImage.Face, x, y), 200) << x << ", " << y << " of " << w;
     }
     for (int k = 0; k < 256; ++k) {
-      const int edges[] = {pixelAt(faceImage.Face, k, 0), pixelAt(faceImage.Face, 255, k)};
+      const int edges[] = {facePixel(faceImage.Face, k, 0), facePixel(faceImage.Face, 255, k)};
       for (int value : edges) ASSERT_TRUE(value == 0 || value == 200) << w;
     }
   }
@@ -146,7 +142,7 @@ TEST(FaceImage, PointInFaceTellsWhereThePixelsGo) {
     for (int y = 0; y < 400; ++y) {
       for (int x = 0; x < 500; ++x) {
         const double d = std::hypot(x - xSpot, y - ySpot) * 40 / w;
-        pixelAt(image, x, y) = static_cast<unsigned char>(std::lrint(250 * std::exp(-d * d / 2)));
+        facePixel(image, x, y) = static_cast<unsigned char>(std::lrint(250 * std::exp(-d * d / 2)));
       }
     }
     TFaceImage faceImage;
@@ -154,7 +150,7 @@ TEST(FaceImage, PointInFaceTellsWhereThePixelsGo) {
     double sum = 0, xSum = 0, ySum = 0;
     for (int y = 0; y < 256; ++y) {
       for (int x = 0; x < 256; ++x) {
-        const double weight = pixelAt(faceImage.Face, x, y) > 20 ? pixelAt(faceImage.Face, x, y) : 0;
+        const double weight = facePixel(faceImage.Face, x, y) > 20 ? facePixel(faceImage.Face, x, y) : 0;
         sum += weight;
         xSum += weight * x;
         ySum += weight * y;
@@ -174,24 +170,24 @@ TEST(FaceImage, CornersAreBlackBeyondTheImageAndNodesStayInside) {
                                std::pair(-300, -300), std::pair(400, 50)}) {
     TFaceImage faceImage;
     ASSERT_EQ(faceImage.Cut(image, {xc, yc, 80, 0, 10}), VIZLE_OK);
-    EXPECT_EQ(pixelAt(faceImage.Face, xc < 60 ? 2 : 252, yc < 45 ? 2 : 252), 0) << xc << ", " << yc;
+    EXPECT_EQ(facePixel(faceImage.Face, xc < 60 ? 2 : 252, yc < 45 ? 2 : 252), 0) << xc << ", " << yc;
     TGrid grid = faceImage.Expected;
     faceImage.BackToImage(grid);
     for (const TSPoint& node : grid.Nodes) {
       EXPECT_TRUE(node.x >= 0 && node.x <= 119 && node.y >= 0 && node.y <= 89) << node.x << ", " << node.y;
     }
   }
-  EXPECT_EQ(pixelAt(image, 60, 45), 180);
+  EXPECT_EQ(facePixel(image, 60, 45), 180);
 }
 
 TEST(FaceImage, AFaceWithoutWidthIsOnePixelBlownUp) {
   TIppiImage image(imGray8);
   fill(image, 30, 30, 10);
-  pixelAt(image, 12, 17) = 90;
+  facePixel(image, 12, 17) = 90;
   TFaceImage faceImage;
   ASSERT_EQ(faceImage.Cut(image, {12, 17, 0, 0, 5}), VIZLE_OK);
   ASSERT_EQ(faceImage.Face.Width, 256);
-  EXPECT_EQ(pixelAt(faceImage.Face, 128, 128), 90);
+  EXPECT_EQ(facePixel(faceImage.Face, 128, 128), 90);
   TGrid grid = faceImage.Expected;
   faceImage.BackToImage(grid);
   EXPECT_EQ(grid.Nodes[0].x, 12);

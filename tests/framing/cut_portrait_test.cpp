@@ -1,35 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <random>
-#include <vector>
 
 #include "framing/portrait_frame.h"
-#include "image/TIppiImage.h"
+#include "tests/framing/ramp.h"
 
 namespace {
-
-// Column x is 2x in red, row y from the top is 2y in green.
-void makeRamp(TIppiImage& image, int width, int height) {
-  image.AllocNew(width, height);
-  for (int y = 0; y < height; ++y) {
-    unsigned char* row = image.Pixels + static_cast<std::ptrdiff_t>(height - 1 - y) * image.Step;
-    for (int x = 0; x < width; ++x) {
-      row[3 * x] = static_cast<unsigned char>(2 * x);
-      row[3 * x + 1] = static_cast<unsigned char>(2 * y);
-    }
-  }
-}
-
-const unsigned char* pixelAt(const TIppiImage& image, int x, int y) {
-  return image.Pixels + static_cast<std::ptrdiff_t>(image.Height - 1 - y) * image.Step + 3 * x;
-}
 
 TEST(CutPortrait, HasExactlyTheWantedSizeWhateverTheFrame) {
   std::mt19937 random(7);
   const auto pick = [&](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); };
   TIppiImage image(imRGB24);
-  makeRamp(image, 120, 100);
+  makeRamp(image, 120, 100, 2);
   for (int i = 0; i < 300; ++i) {
     const TPortraitFrame frame = {pick(0, 59), pick(0, 49), pick(60, 119), pick(50, 99)};
     const int width = pick(1, 90), height = pick(1, 90);
@@ -38,8 +20,8 @@ TEST(CutPortrait, HasExactlyTheWantedSizeWhateverTheFrame) {
     ASSERT_EQ(portrait.Width, width);
     ASSERT_EQ(portrait.Height, height);
     ASSERT_EQ(portrait.Mode, imRGB24);
-    // Blue is 0 everywhere; what lay outside the scaled frame would be 0 in all channels. The ramp is only 0 at
-    // its very edge, so a black middle would show a cut that missed.
+    // What lay outside the scaled frame would be 0 in all channels. The ramp is only 0 at its very edge, so a black
+    // middle would show a cut that missed.
     if (frame.x1 > 4 && frame.y1 > 4) {
       for (int corner = 0; corner < 4; ++corner) {
         const unsigned char* p = pixelAt(portrait, corner % 2 ? width - 1 : 0, corner / 2 ? height - 1 : 0);
@@ -52,7 +34,7 @@ TEST(CutPortrait, HasExactlyTheWantedSizeWhateverTheFrame) {
 
 TEST(CutPortrait, ShowsTheFrameFromEdgeToEdge) {
   TIppiImage image(imRGB24), portrait;
-  makeRamp(image, 120, 100);
+  makeRamp(image, 120, 100, 2);
   CutPortrait(image, {20, 10, 99, 89}, 40, 40, portrait);
   // A pixel of the result is the mean of about two columns: 40 + 1 on the left, 198 - 1 on the right.
   EXPECT_NEAR(pixelAt(portrait, 0, 0)[0], 41, 2);
@@ -63,7 +45,7 @@ TEST(CutPortrait, ShowsTheFrameFromEdgeToEdge) {
 
 TEST(CutPortrait, LosesEqualStripsOfTheSideThatOvershoots) {
   TIppiImage image(imRGB24), portrait;
-  makeRamp(image, 120, 100);
+  makeRamp(image, 120, 100, 2);
   // A square frame for an output of twice its width: the ratio is 1, and of the height of 80 the middle 40 stay.
   CutPortrait(image, {20, 10, 99, 89}, 80, 40, portrait);
   EXPECT_NEAR(pixelAt(portrait, 40, 0)[1], 60, 2);

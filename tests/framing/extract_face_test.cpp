@@ -4,34 +4,16 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstddef>
 #include <iterator>
 
 #include "api/vizl_api.h"
-#include "image/TIppiImage.h"
+#include "tests/framing/ramp.h"
 
 namespace {
 
 // All forty in two places: the box has its corners there.
 void spread(TPoint (&points)[40], TPoint first, TPoint second) {
   for (std::size_t n = 0; n < 40; ++n) points[n] = n % 2 ? second : first;
-}
-
-// Red is the column, green the row.
-void makeRamp(TIppiImage& image, int width, int height) {
-  image.AllocNew(width, height);
-  for (int y = 0; y < height; ++y) {
-    unsigned char* row = image.Pixels + static_cast<std::ptrdiff_t>(height - 1 - y) * image.Step;
-    for (int x = 0; x < width; ++x) {
-      row[3 * x] = static_cast<unsigned char>(x);
-      row[3 * x + 1] = static_cast<unsigned char>(y);
-      row[3 * x + 2] = 50;
-    }
-  }
-}
-
-const unsigned char* pixelAt(const TIppiImage& image, int x, int y) {
-  return image.Pixels + static_cast<std::ptrdiff_t>(image.Height - 1 - y) * image.Step + 3 * x;
 }
 
 // Points from (100, 60) to (140, 160): the frame is 120 by 120 about (120, 110), so (60, 50)-(180, 170).
