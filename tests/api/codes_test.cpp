@@ -203,7 +203,8 @@ TEST_F(ExportedCodesTest, NullPointersAreRefused) {
   int32_t a, b, c;
   unsigned char* data;
   VIZL_IMAGEMODE mode;
-  TFacePosition face;
+  TFacePosition face = {};
+  TPoint points[40];
   HImage handle = 77;
   const TCall calls[] = {
       {"create", [] { return VIZL_CreateEmptyImage(nullptr); }},
@@ -236,6 +237,8 @@ TEST_F(ExportedCodesTest, NullPointersAreRefused) {
       {"detect all, count", [&] { return VIZL_DetectMultipleFaces(image, nullptr, &face, 24); }},
       {"detect all, faces", [&] { return VIZL_DetectMultipleFaces(image, &a, nullptr, 24); }},
       {"detect all, before the size", [&] { return VIZL_DetectMultipleFaces(image, &a, nullptr, 23); }},
+      {"eyes, face", [&] { return VIZL_DetectEyesInRegion(image, nullptr, &points); }},
+      {"eyes, points", [&] { return VIZL_DetectEyesInRegion(image, &face, nullptr); }},
       {"frame, x1", [&] { return VIZL_GetFacePosition(image, 9, 9, 1, 0, 0, false, nullptr, &a, &b, &c); }},
       {"frame, y1", [&] { return VIZL_GetFacePosition(image, 9, 9, 1, 0, 0, false, &a, nullptr, &b, &c); }},
       {"frame, x2", [&] { return VIZL_GetFacePosition(image, 9, 9, 1, 0, 0, false, &a, &b, nullptr, &c); }},

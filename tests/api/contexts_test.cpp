@@ -34,23 +34,15 @@ struct TThresholds {
 TThresholds thresholdsOf(ContextID context) { return {ContextThreshold1(context), ContextThreshold2(context)}; }
 
 TEST_F(Contexts, NumbersStartAtOneAndTheLowestFreeComesBack) {
-  EXPECT_EQ(create(), 1);
-  EXPECT_EQ(create(), 2);
-  EXPECT_EQ(create(), 3);
-  EXPECT_EQ(VIZL_FreeContext_ID(1), VIZLE_OK);
-  EXPECT_EQ(VIZL_FreeContext_ID(2), VIZLE_OK);
-  EXPECT_EQ(create(), 1);
-  EXPECT_EQ(create(), 2);
-  EXPECT_EQ(create(), 4);
-}
-
-TEST_F(Contexts, ATrailingHoleIsFilledBeforeTheTableGrows) {
   for (ContextID expected = 1; expected <= 3; ++expected) EXPECT_EQ(create(), expected);
-  EXPECT_EQ(VIZL_FreeContext_ID(2), VIZLE_OK);
-  EXPECT_EQ(VIZL_FreeContext_ID(3), VIZLE_OK);
-  EXPECT_EQ(create(), 2);
-  EXPECT_EQ(create(), 3);
-  EXPECT_EQ(create(), 4);
+  // A hole in front, and one at the end.
+  for (const ContextID first : {1, 2}) {
+    EXPECT_EQ(VIZL_FreeContext_ID(first), VIZLE_OK);
+    EXPECT_EQ(VIZL_FreeContext_ID(first + 1), VIZLE_OK);
+    EXPECT_EQ(create(), first);
+    EXPECT_EQ(create(), first + 1);
+  }
+  EXPECT_EQ(create(), 4) << "and then the table grows";
 }
 
 TEST_F(Contexts, WritingToAnUnknownOneIsRefused) {

@@ -37,14 +37,6 @@ TEST_F(Handles, FreeingWhatIsNotThereIsNoErrorAndTouchesNothing) {
   EXPECT_TRUE(PictureOf(second, 3) == RandomPicture(6, 4, 3, 2));
 }
 
-TEST_F(Handles, AStaleNumberNamesTheSuccessor) {
-  const HImage old = ImageOf(RandomPicture(7, 5, 3));
-  ASSERT_EQ(VIZL_FreeImage(old), VIZLE_OK);
-  const TPicture successor = RandomPicture(3, 2, 3);
-  ASSERT_EQ(ImageOf(successor), old);
-  EXPECT_TRUE(PictureOf(old, 3) == successor);
-}
-
 TEST_F(Handles, LookupsAreCountedOutOnEveryPath) {
   const HImage image = ImageOf(RandomPicture(7, 5, 3));
   const TPicture picture = RandomPicture(7, 5, 3);

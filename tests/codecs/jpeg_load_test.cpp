@@ -58,13 +58,4 @@ TEST(JpegLoad, WhatIsNoJpegFails) {
   EXPECT_EQ(loadJpeg(image, writePng(makeSamples(4, 4, 3), {})), -1);
 }
 
-// A marker whose length reaches past the end of the buffer must be skipped as far as there is anything.
-TEST(JpegLoad, SkippingPastTheEndOfTheBufferIsHarmless) {
-  Bytes bytes = writeJpeg(makeSamples(40, 40, 3));
-  const Bytes comment = {0xFF, 0xFE, 0xFF, 0xFF};
-  bytes.insert(bytes.begin() + 2, comment.begin(), comment.end());
-  TIppiImage image(imRGB24);
-  EXPECT_EQ(loadJpeg(image, bytes), decodeJpeg(bytes) ? 0 : -1);
-}
-
 }  // namespace

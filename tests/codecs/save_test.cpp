@@ -94,12 +94,4 @@ TEST_F(SaveTarget, PicturesWithoutPixels) {
   EXPECT_EQ(longest.SaveToJpegFile(name.c_str(), 0), -1);
 }
 
-TEST_F(SaveTarget, AnUnknownContextWritesAtQualityNinety) {
-  TIppiImage image(imRGB24);
-  fillRandom(image, 50, 40, 127);
-  const std::string name = folder_ / "out.jpg";
-  ASSERT_EQ(image.SaveToJpegFile(name.c_str(), 987654), 0);
-  EXPECT_EQ(readFile(name), writeJpeg(samplesOf(image, 3), {}, 90));
-}
-
 }  // namespace

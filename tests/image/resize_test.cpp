@@ -35,15 +35,6 @@ TEST(Resize, SidesFollowTheSizeRule) {
   }
 }
 
-TEST(Resize, SquaresComeToTheWantedSideWithASmallAddition) {
-  for (int side = 20; side < 400; ++side) {
-    TIppiImage image(imGray8), dest;
-    image.AllocNew(side, side);
-    image.Resize(dest, (128 + 0.4) / side);
-    ASSERT_EQ(dest.Width, 128) << side;
-  }
-}
-
 TEST(Resize, RatiosWithoutASensibleSizeAreRefusedOrGiveAnEmptyPicture) {
   TIppiImage image(imRGB24), dest(imRGBA32);
   fillRandom(image, 50, 40, 31);

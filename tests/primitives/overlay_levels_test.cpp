@@ -1,39 +1,11 @@
-// Every overlay kernel of a faster level against the portable one, on random input of odd sizes at odd addresses; the
-// bytes around the output count too.
+// The matching of levels of a faster level against the portable one, on random input of odd sizes at odd addresses; the
+// bytes around the output count too. The Gaussian filter has bits to compare with at every level.
 #include "primitives/ippi.h"
 #include "tests/primitives/level_test.h"
 
 namespace {
 
 class OverlayLevels : public LevelTest {};
-
-TEST_P(OverlayLevels, GaussRows) {
-  for (int round = 0; round < 300; ++round) {
-    const int count = UpTo(round % 3 == 0 ? 300 : 40), taps = 1 + 2 * UpTo(40);
-    const auto n = static_cast<std::size_t>(count), t = static_cast<std::size_t>(taps);
-    const std::vector<float> row = Floats(n + t - 1, -255.0F, 255.0F), weights = Floats(t, 0.0F, 0.1F);
-    ExpectSame<float>(n, [&](const Kernels& level, float* out) {
-      level.overlay.gaussRow(row.data(), weights.data(), taps, out, count);
-    });
-  }
-}
-
-TEST_P(OverlayLevels, GaussColumns) {
-  for (int round = 0; round < 300; ++round) {
-    const int count = UpTo(round % 3 == 0 ? 200 : 40), taps = 1 + 2 * UpTo(round % 2 == 0 ? 2 : 30);
-    const int outputs = std::min(UpTo(kGaussOutputs), taps), step = count + UpTo(5) - 1;
-    const auto n = static_cast<std::size_t>(count), t = static_cast<std::size_t>(taps);
-    const std::vector<float> weights = Floats(t, 0.0F, 0.1F);
-    std::vector<std::vector<float>> lines;
-    std::vector<const float*> rows;
-    for (int r = 0; r < taps + outputs - 1; ++r) lines.push_back(Floats(n, -255.0F, 255.0F));
-    for (const std::vector<float>& line : lines) rows.push_back(line.data());
-    const auto size = static_cast<std::size_t>(step * (outputs - 1) + count);
-    ExpectSame<float>(size, [&](const Kernels& level, float* out) {
-      level.overlay.gaussColumns(rows.data(), weights.data(), taps, out, step * 4, outputs, count);
-    });
-  }
-}
 
 TEST_P(OverlayLevels, MatchedRows) {
   for (int round = 0; round < 300; ++round) {
