@@ -66,27 +66,6 @@ TEST_F(ApiThreads, TwoFirstDetectionsAtOnceShareOneCopy) {
   }
 }
 
-TEST_F(ApiThreads, ParallelDetectionsGiveWhatOneAloneGives) {
-  const HImage image = ImageOf(DiscPicture(300, 200, 110, 90, 40));
-  ASSERT_EQ(VIZL_SetFaceDetectionParameters(true, false, 256), VIZLE_OK);
-  TFacePosition alone = {};
-  ASSERT_EQ(VIZL_DetectFace(ImageOf(DiscPicture(300, 200, 110, 90, 40)), &alone), VIZLE_OK);
-  runInThreads([&](int thread) {
-    const HImage own = ImageOf(DiscPicture(300, 200, 110, 90, 40));
-    for (int round = 0; round < 3; ++round) {
-      TFacePosition face = {};
-      int count = 0;
-      const HImage which = (round + thread) % 2 ? image : own;
-      ASSERT_EQ(VIZL_DetectFace(which, &face), VIZLE_OK);
-      ASSERT_EQ(face.xc, alone.xc);
-      ASSERT_EQ(face.yc, alone.yc);
-      ASSERT_EQ(face.w, alone.w);
-      ASSERT_EQ(VIZL_DetectMultipleFaces(which, &count, &face, sizeof face), VIZLE_OK);
-      ASSERT_EQ(count, 1);
-    }
-  });
-}
-
 TEST_F(ApiThreads, PortraitsAreCutWhileSettingsChange) {
   ASSERT_EQ(VIZL_SetFaceDetectionParameters(false, false, 200), VIZLE_OK);
   const HImage image = ImageOf(DiscPicture(300, 200, 150, 100, 40));

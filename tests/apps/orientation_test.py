@@ -14,20 +14,21 @@ class Orientation(ProgramTest):
         self.upright = bmp_rows((self.folder / "upright.bmp").read_bytes())
 
     def write_all(self):
-        for value in range(1, 9):
+        """The names of the picture in all eight orientations."""
+        names = [f"{value}.png" for value in range(1, 9)]
+        for value, name in enumerate(names, start=1):
             png = png_file(stored_rows(self.upright, value), exif_block(value, value % 2 == 0))
-            (self.folder / f"{value}.png").write_bytes(png)
+            (self.folder / name).write_bytes(png)
+        return names
 
     def test_all_give_the_same_portrait(self):
-        self.write_all()
-        names = [f"{value}.png" for value in range(1, 9)]
+        names = self.write_all()
         self.run_program("cut", *QUICK, *names, "-o", "out/", "--size", "60x80", "--format", "bmp")
         portraits = {(self.folder / "out" / f"{value}.bmp").read_bytes() for value in range(1, 9)}
         self.assertEqual(len(portraits), 1)
 
     def test_stored_coordinates_point_at_the_same_pixels(self):
-        self.write_all()
-        names = [f"{value}.png" for value in range(1, 9)]
+        names = self.write_all()
         upright = self.records("eyes", *QUICK, *names)
         stored = self.records("eyes", *QUICK, "--stored-coordinates", *names)
         for value, (want, got) in enumerate(zip(upright, stored), start=1):
@@ -55,8 +56,7 @@ class Orientation(ProgramTest):
         self.assertEqual((self.folder / "up.png").read_bytes(), (self.folder / "lying.png").read_bytes())
 
     def test_angle_in_stored_coordinates(self):
-        self.write_all()
-        names = [f"{value}.png" for value in range(1, 9)]
+        names = self.write_all()
         upright = self.records("detect", names[0])[0]["faces"][0]["angle"]
         angles = [record["faces"][0]["angle"] for record in self.records("detect", "--stored-coordinates", *names)]
         # What turns the stored picture upright, and then the face; mirrored pictures turn the other way.

@@ -74,6 +74,9 @@ TEST(HugeSizes, AreRefusedBeforeMemoryIsTaken) {
 }
 
 TEST(HugeSizes, BitmapsAreRefusedAboveTheLimitsOnly) {
+  constexpr std::pair<int, int> kRefused[] = {
+      {0x7FFFFFFF, 0x7FFFFFFF}, {0x7FFFFFFF, 1}, {1, 0x7FFFFFFF}, {65536, 1}, {65535, 65535},
+      {30000, 30000},           {10000, 10000},  {0, 5},          {5, 0}};
   Folder folder;
   const std::string name = folder / "huge.bmp";
   const auto loadBmp = [&](int width, int height) {
@@ -82,15 +85,7 @@ TEST(HugeSizes, BitmapsAreRefusedAboveTheLimitsOnly) {
     return image.LoadFromFile(name.c_str());
   };
   const double seconds = secondsFor([&] {
-    for (const auto& [width, height] : {std::pair{0x7FFFFFFF, 0x7FFFFFFF},
-                                        {0x7FFFFFFF, 1},
-                                        {1, 0x7FFFFFFF},
-                                        {65536, 1},
-                                        {65535, 65535},
-                                        {30000, 30000},
-                                        {10000, 10000},
-                                        {0, 5},
-                                        {5, 0}}) {
+    for (const auto& [width, height] : kRefused) {
       EXPECT_EQ(loadBmp(width, height), -1) << width << 'x' << height;
     }
     EXPECT_EQ(loadBmp(1000, 800), 0);

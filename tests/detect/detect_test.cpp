@@ -106,13 +106,9 @@ class FrontFunctions : public testing::Test {
   int confidence_ = 99;
 };
 
-TEST_F(FrontFunctions, RefuseNullAndSmallAndWriteNothing) {
+TEST_F(FrontFunctions, RefuseNullAndWriteNothing) {
   TIppiImage image;
-  for (const auto& [width, height] : {std::pair{19, 300}, {300, 19}}) {
-    fillDark(image, width, height, 1);
-    EXPECT_EQ(DetectFace(&image, &position_, confidence_, 0), VIZLE_IMAGE_TOO_SMALL);
-    EXPECT_EQ(DetectMultipleFaces(&image, &count_, &position_, 24, 0), VIZLE_IMAGE_TOO_SMALL);
-  }
+  fillDark(image, 30, 30, 1);
   EXPECT_EQ(DetectFace(nullptr, &position_, confidence_, 0), VIZLE_INVALID_ARGUMENT);
   EXPECT_EQ(DetectFace(&image, nullptr, confidence_, 0), VIZLE_INVALID_ARGUMENT);
   EXPECT_EQ(DetectMultipleFaces(nullptr, &count_, &position_, 24, 0), VIZLE_INVALID_ARGUMENT);

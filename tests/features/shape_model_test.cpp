@@ -41,24 +41,6 @@ class ShapeModelTest : public testing::Test {
   TNeuroLocator locator_{model_.Data()};
 };
 
-TEST_F(ShapeModelTest, EvenPositionsShareOneEvaluation) {
-  locator_.EvenCoordinates = true;
-  const float score = locator_.NodeSimilarity(10, 10, 5);
-  for (const auto& [x, y] : {std::pair{11.0F, 10.0F}, {10.0F, 11.0F}, {11.99F, 11.5F}}) {
-    EXPECT_EQ(locator_.NodeSimilarity(x, y, 5), score);
-  }
-  EXPECT_EQ(locator_.Scores.Evaluations(), 1u);
-  // Found so, it is the exact score of the even position too, and only of that.
-  locator_.EvenCoordinates = false;
-  EXPECT_EQ(locator_.NodeSimilarity(10.7F, 10, 5), score);
-  EXPECT_EQ(locator_.Scores.Evaluations(), 1u);
-  EXPECT_NE(locator_.NodeSimilarity(11, 10, 5), score);
-  EXPECT_NE(locator_.NodeSimilarity(10, 10, 6), score);
-  EXPECT_EQ(locator_.Scores.Evaluations(), 3u);
-  ReferenceSearch plain(model_, face_);
-  EXPECT_EQ(score, plain.Similarity(10, 10, 5));
-}
-
 TEST_F(ShapeModelTest, ScoresOfAllCornersAreKeptApart) {
   ReferenceSearch plain(model_, face_);
   for (int node = 0; node < kNodes; node += 13) {

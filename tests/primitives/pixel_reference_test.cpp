@@ -50,15 +50,21 @@ auto call(TwoImages function) {
   };
 }
 
+// Calls visit(x, y, k) for each channel of each pixel.
+template <class Visit>
+void forEach(IppiSize n, int channels, Visit visit) {
+  for (int y = 0; y < n.height; ++y) {
+    for (int x = 0; x < n.width; ++x) {
+      for (int k = 0; k < channels; ++k) visit(x, y, k);
+    }
+  }
+}
+
 // A reference from what each channel of a destination pixel is.
 template <class Value>
 auto eachByte(int channels, Value value) {
   return [=](const Picture& s, const Picture& d, IppiSize n) {
-    for (int y = 0; y < n.height; ++y) {
-      for (int x = 0; x < n.width; ++x) {
-        for (int k = 0; k < channels; ++k) d.at(x, y, k) = static_cast<Ipp8u>(value(s, x, y, k, n));
-      }
-    }
+    forEach(n, channels, [&](int x, int y, int k) { d.at(x, y, k) = static_cast<Ipp8u>(value(s, x, y, k, n)); });
   };
 }
 
@@ -103,9 +109,7 @@ Operation copyIntoChannel(const char* name, int channel) {
             return ippiCopy_8u_C1C4R(s.pixels(), s.step(), placeOf(d, channel), d.step(), n);
           },
           [=](const Picture& s, const Picture& d, IppiSize n) {
-            for (int y = 0; y < n.height; ++y) {
-              for (int x = 0; x < n.width; ++x) d.at(x, y, channel) = s.at(x, y, 0);
-            }
+            forEach(n, 1, [&](int x, int y, int) { d.at(x, y, channel) = s.at(x, y, 0); });
           }};
 }
 
@@ -115,9 +119,7 @@ Operation setChannel(const char* name, int channel, Ipp8u value) {
             return ippiSet_8u_C4CR(value, placeOf(d, channel), d.step(), n);
           },
           [=](const Picture&, const Picture& d, IppiSize n) {
-            for (int y = 0; y < n.height; ++y) {
-              for (int x = 0; x < n.width; ++x) d.at(x, y, channel) = value;
-            }
+            forEach(n, 1, [&](int x, int y, int) { d.at(x, y, channel) = value; });
           }};
 }
 
@@ -128,14 +130,10 @@ Operation converted(const char* name, int channels, Function function) {
                         return function(s.pixels(), s.step(), reinterpret_cast<Ipp32f*>(d.pixels()), d.step(), n);
                       },
                       [=](const Picture& s, const Picture& d, IppiSize n) {
-                        for (int y = 0; y < n.height; ++y) {
-                          for (int x = 0; x < n.width; ++x) {
-                            for (int k = 0; k < channels; ++k) {
-                              const Ipp32f value = s.at(x, y, k);
-                              std::memcpy(&d.at(x, y, 4 * k), &value, 4);
-                            }
-                          }
-                        }
+                        forEach(n, channels, [&](int x, int y, int k) {
+                          const Ipp32f value = s.at(x, y, k);
+                          std::memcpy(&d.at(x, y, 4 * k), &value, 4);
+                        });
                       }};
   operation.dstUnit = 4;
   return operation;
@@ -155,11 +153,7 @@ auto eachByteInPlace(int pixelBytes, int channels, Value value) {
   return [=](const Picture&, const Picture& d, IppiSize n) {
     std::mt19937 random;
     const Picture before(n, pixelBytes, {0, Against::pageAfter, false}, random);
-    for (int y = 0; y < n.height; ++y) {
-      for (int x = 0; x < n.width; ++x) {
-        for (int k = 0; k < pixelBytes; ++k) before.at(x, y, k) = d.at(x, y, k);
-      }
-    }
+    forEach(n, pixelBytes, [&](int x, int y, int k) { before.at(x, y, k) = d.at(x, y, k); });
     eachByte(channels, value)(before, d, n);
   };
 }
@@ -199,11 +193,7 @@ Operation transpose(const char* name, int channels, TwoImages function) {
           channels,
           call(function),
           [=](const Picture& s, const Picture& d, IppiSize n) {
-            for (int y = 0; y < n.height; ++y) {
-              for (int x = 0; x < n.width; ++x) {
-                for (int k = 0; k < channels; ++k) d.at(y, x, k) = s.at(x, y, k);
-              }
-            }
+            forEach(n, channels, [&](int x, int y, int k) { d.at(y, x, k) = s.at(x, y, k); });
           },
           1,
           [](IppiSize n) {
@@ -225,14 +215,11 @@ Operation bordered(const char* name, int channels, Border border, const Ipp8u* f
           [=](const Picture& s, const Picture& d, IppiSize n) { return run(s, n, d, border); },
           [=](const Picture& s, const Picture& d, IppiSize n) {
             const auto inside = [&](int x, int y) { return x >= 0 && y >= 0 && x < n.width && y < n.height; };
-            for (int y = 0; y < d.size().height; ++y) {
-              for (int x = 0; x < d.size().width; ++x) {
-                const int sx = x - border.left, sy = y - border.top;
-                const Ipp8u* edge = &s.at(std::clamp(sx, 0, n.width - 1), std::clamp(sy, 0, n.height - 1), 0);
-                const Ipp8u* from = inside(sx, sy) || fill == nullptr ? edge : fill;
-                for (int k = 0; k < channels; ++k) d.at(x, y, k) = from[k];
-              }
-            }
+            forEach(d.size(), channels, [&](int x, int y, int k) {
+              const int sx = x - border.left, sy = y - border.top;
+              const Ipp8u edge = s.at(std::clamp(sx, 0, n.width - 1), std::clamp(sy, 0, n.height - 1), k);
+              d.at(x, y, k) = inside(sx, sy) || fill == nullptr ? edge : fill[k];
+            });
           },
           1,
           [=](IppiSize n) {

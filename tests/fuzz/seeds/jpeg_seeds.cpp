@@ -107,25 +107,14 @@ void addLengths(Seeds& seeds, const Bytes& file) {
 
 // Width, height, precision and counts of the frame that no file should have. Offsets from the frame's marker.
 void addFrames(Seeds& seeds, const std::string& name, const Bytes& file) {
+  static constexpr std::pair<int, int> kWrong[] = {{4, 0},  {4, 12}, {4, 16},    {5, 1},     {6, 0},
+                                                   {7, 1},  {8, 0},  {9, 0},     {9, 4},     {9, 10},
+                                                   {10, 2}, {11, 0}, {11, 0x55}, {11, 0x44}, {12, 7}};
   Segments whole = splitJpeg(file);
   for (Bytes& segment : whole) {
     if (segment[1] < kFrame0 || segment[1] > kFrame0 + 2) continue;
     const Bytes kept = segment;
-    for (const auto& [at, value] : {std::pair{4, 0},
-                                    {4, 12},
-                                    {4, 16},
-                                    {5, 1},
-                                    {6, 0},
-                                    {7, 1},
-                                    {8, 0},
-                                    {9, 0},
-                                    {9, 4},
-                                    {9, 10},
-                                    {10, 2},
-                                    {11, 0},
-                                    {11, 0x55},
-                                    {11, 0x44},
-                                    {12, 7}}) {
+    for (const auto& [at, value] : kWrong) {
       segment[static_cast<std::size_t>(at)] = static_cast<std::uint8_t>(value);
       seeds.push_back({name + "_frame_" + std::to_string(at) + "_" + std::to_string(value), joinJpeg(whole)});
       segment = kept;

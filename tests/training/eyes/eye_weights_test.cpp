@@ -11,20 +11,12 @@
 #include "eyes/eye_score.h"
 #include "eyes/eye_window.h"
 #include "image/TIppiImage.h"
+#include "tests/eyes/window_pictures.h"
 #include "training/eyes/eye_solver.h"
 
 namespace {
 
 constexpr int kPlaces = 32 * 32;
-
-const TEyeHMaxFeatures& prototype() {
-  static const auto made = [] {
-    auto features = std::make_unique<TEyeHMaxFeatures>();
-    features->CreateS1Filters();
-    return features;
-  }();
-  return *made;
-}
 
 // Noise, with little contrast in places so that some S1 responses are not 0, and a dark spot as the eye.
 EyeFrame randomFrame(std::mt19937& random) {
@@ -56,14 +48,14 @@ TEST(EyeWeightsForm, TheLibraryScoresAsTheTrainerDoes) {
   for (int eye = 0; eye < 2; ++eye) {
     const EyeFrame frame = randomFrame(random);
     const EyeWeights weights = randomWeights(random);
-    const EyeSample sample = makeEyeSample(frame, eye, prototype());
+    const EyeSample sample = makeEyeSample(frame, eye, testPrototype());
     EXPECT_GT(sample.s1.size(), 20u);
     float trained[kPlaces] = {}, used[kPlaces] = {};
     scoreSample(weights, sample, trained);
 
     TIppiImage image;
     frame.toImage(image);
-    TEyeWindow window(prototype());
+    TEyeWindow window(testPrototype());
     PrepareEyeWindow(&image, eye == 1, window);
     ScoreEyeWindow(window, *std::make_unique<TEyeRows>(weights.toModel()), used);
     const float constant = used[5] - trained[5];
@@ -79,7 +71,7 @@ TEST(EyeSolverStep, LearnsWhereTheSpotsAre) {
   std::vector<EyeSample> samples;
   for (int i = 0; i < 12; ++i) {
     const EyeFrame frame = randomFrame(random);
-    for (int eye = 0; eye < 2; ++eye) samples.push_back(makeEyeSample(frame, eye, prototype()));
+    for (int eye = 0; eye < 2; ++eye) samples.push_back(makeEyeSample(frame, eye, testPrototype()));
   }
   SolverOptions options;
   options.epochs = 6;
