@@ -11,6 +11,20 @@ Rgba colour(const RGBApixel& p) { return {p.Blue, p.Green, p.Red, p.Alpha}; }
 
 constexpr Rgba kWhite = {255, 255, 255, 0};
 
+// Whether there are so many pixels and the colour at (x, y) is expected(x, y) everywhere; says where it first is not.
+template <class Expected>
+testing::AssertionResult coloursAre(const BMP& bmp, int width, int height, Expected expected) {
+  if (bmp.Width != width || bmp.Height != height) {
+    return testing::AssertionFailure() << "size " << bmp.Width << 'x' << bmp.Height;
+  }
+  for (int x = 0; x < width; ++x) {
+    for (int y = 0; y < height; ++y) {
+      if (colour(bmp.Pixels[x][y]) != expected(x, y)) return testing::AssertionFailure() << "at " << x << ", " << y;
+    }
+  }
+  return testing::AssertionSuccess();
+}
+
 // Pixel (x, y) of a file of randomBmp, by the layout of the format: y from the top, rows bottom first.
 Rgba slowPixel(const Bytes& file, int width, int height, int depth, bool masks, int x, int y) {
   const int start = 54 + (depth < 16 ? 4 << depth : masks ? 12 : 0);
@@ -55,7 +69,8 @@ class BmpDepth : public testing::TestWithParam<Kind> {
 };
 
 TEST_P(BmpDepth, ReadsEveryPixel) {
-  const auto [depth, masks] = GetParam();
+  const int depth = GetParam().depth;
+  const bool masks = GetParam().masks;
   // Widths with all remainders of bits and bytes, heights about the rows that are handled together.
   for (const int height : {1, 2, 15, 16, 17, 33}) {
     for (int width = 1; width < 20; ++width) {
@@ -65,11 +80,8 @@ TEST_P(BmpDepth, ReadsEveryPixel) {
       ASSERT_EQ(bmp.TellWidth(), width);
       ASSERT_EQ(bmp.TellHeight(), height);
       ASSERT_EQ(bmp.TellBitDepth(), depth);
-      for (int x = 0; x < width; ++x) {
-        for (int y = 0; y < height; ++y) {
-          ASSERT_EQ(colour(bmp.Pixels[x][y]), slowPixel(bytes, width, height, depth, masks, x, y)) << x << ' ' << y;
-        }
-      }
+      ASSERT_TRUE(coloursAre(bmp, width, height,
+                             [&](int x, int y) { return slowPixel(bytes, width, height, depth, masks, x, y); }));
     }
   }
 }
@@ -77,7 +89,8 @@ TEST_P(BmpDepth, ReadsEveryPixel) {
 // Rows that the file lacks are white; a row counts from its last byte on, padding included, but at
 // depth 16 from each whole pixel.
 TEST_P(BmpDepth, ACutFileIsWhiteWhereItEnds) {
-  const auto [depth, masks] = GetParam();
+  const int depth = GetParam().depth;
+  const bool masks = GetParam().masks;
   constexpr int kWidth = 5, kHeight = 4;
   const Bytes whole = randomBmp(kWidth, kHeight, depth, masks, 101);
   const int rowSize = bmpRowSize(kWidth, depth), start = static_cast<int>(whole.size()) - rowSize * kHeight;
@@ -85,13 +98,12 @@ TEST_P(BmpDepth, ACutFileIsWhiteWhereItEnds) {
     BMP bmp;
     ASSERT_TRUE(read(bmp, Bytes(whole.begin(), whole.begin() + size)));
     const int rows = (size - start) / rowSize, extra = (size - start) % rowSize;
-    for (int y = 0; y < kHeight; ++y) {
+    const auto expected = [&](int x, int y) {
       const int fromBottom = kHeight - 1 - y;
-      for (int x = 0; x < kWidth; ++x) {
-        const bool there = fromBottom < rows || (depth == 16 && fromBottom == rows && 2 * x + 2 <= extra);
-        ASSERT_EQ(colour(bmp.Pixels[x][y]), there ? slowPixel(whole, kWidth, kHeight, depth, masks, x, y) : kWhite);
-      }
-    }
+      const bool there = fromBottom < rows || (depth == 16 && fromBottom == rows && 2 * x + 2 <= extra);
+      return there ? slowPixel(whole, kWidth, kHeight, depth, masks, x, y) : kWhite;
+    };
+    ASSERT_TRUE(coloursAre(bmp, kWidth, kHeight, expected)) << size;
   }
 }
 
@@ -107,9 +119,7 @@ TEST_P(BmpDepth, WrittenFilesReadBack) {
   ASSERT_TRUE(back.ReadFromFile(name.c_str()));
   EXPECT_EQ(back.XPelsPerMeter, 2835);
   EXPECT_EQ(back.YPelsPerMeter, 2000);
-  for (int x = 0; x < 3; ++x) {
-    for (int y = 0; y < 21; ++y) ASSERT_EQ(colour(back.Pixels[x][y]), colour(bmp.Pixels[x][y]));
-  }
+  EXPECT_TRUE(coloursAre(back, 3, 21, [&](int x, int y) { return colour(bmp.Pixels[x][y]); }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Depths, BmpDepth,
@@ -255,16 +265,14 @@ TEST(Bitmap, ImagesTakeTheColoursWithoutTheAlpha) {
       TIppiImage image(mode);
       image.LoadFromBitmap(bmp);
       ASSERT_TRUE(soundImage(image));
-      for (int x = 0; x < width; ++x) {
-        for (int y = 0; y < height; ++y) {
-          const RGBApixel& p = bmp.Pixels[x][y];
-          Pixel expected = {p.Red, p.Green, p.Blue, static_cast<unsigned char>(mode == imRGBA32 ? 255 : 0)};
-          // Gray sees the bytes in the order of the file: the weight of red falls on blue.
-          const int gray = (1225 * p.Blue + 2404 * p.Green + 467 * p.Red) >> 12;
-          if (mode == imGray8) expected = {static_cast<unsigned char>(gray), 0, 0, 0};
-          ASSERT_EQ(pixelAt(image, x, y), expected) << modeName(mode) << ' ' << x << ' ' << y;
-        }
-      }
+      const auto expected = [&](int x, int y) -> Pixel {
+        const RGBApixel& p = bmp.Pixels[x][y];
+        // Gray sees the bytes in the order of the file: the weight of red falls on blue.
+        const int gray = (1225 * p.Blue + 2404 * p.Green + 467 * p.Red) >> 12;
+        if (image.Mode == imGray8) return {static_cast<unsigned char>(gray), 0, 0, 0};
+        return {p.Red, p.Green, p.Blue, static_cast<unsigned char>(image.Mode == imRGBA32 ? 255 : 0)};
+      };
+      ASSERT_TRUE(pixelsAre(image, width, height, expected)) << modeName(mode);
     }
   }
 }
@@ -277,14 +285,10 @@ TEST(Bitmap, ImagesAreGivenAsTwentyFourBits) {
     bmp.SetBitDepth(8);
     image.SaveToBitmap(bmp);
     ASSERT_EQ(bmp.TellBitDepth(), 24);
-    ASSERT_EQ(bmp.TellWidth(), 21);
-    for (int x = 0; x < 21; ++x) {
-      for (int y = 0; y < 35; ++y) {
-        const Pixel p = pixelAt(image, x, y);
-        const Rgba expected = mode == imGray8 ? Rgba{p[0], p[0], p[0], 0} : Rgba{p[2], p[1], p[0], 0};
-        ASSERT_EQ(colour(bmp.Pixels[x][y]), expected) << modeName(mode);
-      }
-    }
+    EXPECT_TRUE(coloursAre(bmp, 21, 35, [&](int x, int y) {
+      const Pixel p = pixelAt(image, x, y);
+      return image.Mode == imGray8 ? Rgba{p[0], p[0], p[0], 0} : Rgba{p[2], p[1], p[0], 0};
+    })) << modeName(mode);
   }
 }
 

@@ -14,15 +14,8 @@ inline Pixel expectedPixel(const unsigned char* p, int channels, TIppiImageMode 
 }
 
 inline testing::AssertionResult holds(const TIppiImage& image, const Samples& samples, bool takeAlpha) {
-  if (image.Width != samples.width || image.Height != samples.height || image.Pixels == nullptr) {
-    return testing::AssertionFailure() << "size " << image.Width << 'x' << image.Height;
-  }
-  for (int y = 0; y < samples.height; ++y) {
-    for (int x = 0; x < samples.width; ++x) {
-      if (pixelAt(image, x, y) != expectedPixel(samples.pixel(x, y), samples.channels, image.Mode, takeAlpha)) {
-        return testing::AssertionFailure() << "pixel " << x << ", " << y;
-      }
-    }
-  }
-  return soundImage(image);
+  const auto result = pixelsAre(image, samples.width, samples.height, [&](int x, int y) {
+    return expectedPixel(samples.pixel(x, y), samples.channels, image.Mode, takeAlpha);
+  });
+  return result ? soundImage(image) : result;
 }

@@ -42,17 +42,15 @@ TEST_P(GlobalLevels, FollowTheMiddleOfTheReference) {
     scale(reference, 60);
     before.Assign(target);
     target.AdjustLevelsWith(reference);
-    for (int y = 0; y < height; ++y) {
-      for (int x = 0; x < width; ++x) {
-        Pixel expected = pixelAt(before, x, y);
-        for (int c = 0; c < colours; ++c) {
-          const auto k = static_cast<std::size_t>(c);
-          expected[k] =
-              static_cast<unsigned char>(divided(expected[k], middleMean(before, c), middleMean(reference, c)));
-        }
-        ASSERT_EQ(pixelAt(target, x, y), expected) << width << " by " << height << " at " << x << ", " << y;
+    const auto expected = [&](int x, int y) {
+      Pixel pixel = pixelAt(before, x, y);
+      for (int c = 0; c < colours; ++c) {
+        unsigned char& value = pixel[static_cast<std::size_t>(c)];
+        value = static_cast<unsigned char>(divided(value, middleMean(before, c), middleMean(reference, c)));
       }
-    }
+      return pixel;
+    };
+    ASSERT_TRUE(pixelsAre(target, width, height, expected)) << width << " by " << height;
     EXPECT_TRUE(soundImage(target));
   }
 }
@@ -85,17 +83,15 @@ TEST_P(GlobalLevels, AreClippedToWhatBothHave) {
       std::copy_n(reference.Pixels + row * reference.Step, common.Width * channelsOf(GetParam()),
                   common.Pixels + row * common.Step);
     }
-    for (int row = 0; row < height; ++row) {
-      for (int x = 0; x < width; ++x) {
-        Pixel expected = pixelAt(before, x, height - 1 - row);
-        for (int c = 0; c < colours && x < 18 && row < 18; ++c) {
-          const auto k = static_cast<std::size_t>(c);
-          expected[k] = static_cast<unsigned char>(
-              divided(expected[k], middleMean(before, c, 18, 18), middleMean(common, c, 18, 18)));
-        }
-        ASSERT_EQ(pixelAt(target, x, height - 1 - row), expected) << width << " by " << height;
+    EXPECT_TRUE(pixelsAre(target, width, height, [&](int x, int y) {
+      Pixel expected = pixelAt(before, x, y);
+      for (int c = 0; c < colours && x < 18 && height - 1 - y < 18; ++c) {
+        const auto k = static_cast<std::size_t>(c);
+        expected[k] = static_cast<unsigned char>(
+            divided(expected[k], middleMean(before, c, 18, 18), middleMean(common, c, 18, 18)));
       }
-    }
+      return expected;
+    })) << width << " by " << height;
   }
 }
 
@@ -126,11 +122,11 @@ TEST(GlobalLevelsOfOneChannel, TakeTheChannelFromEachImagesOwnLayout) {
   fillRandom(target, 12, 12, 29);
   before.Assign(target);
   target.AdjustLevelsSingleChannelTest(reference, 2);
-  for (int i = 0; i < 144; ++i) {
-    Pixel expected = pixelAt(before, i % 12, i / 12);
-    expected[2] = static_cast<unsigned char>(divided(expected[2], middleMean(before, 2), middleMean(reference, 2)));
-    ASSERT_EQ(pixelAt(target, i % 12, i / 12), expected);
-  }
+  EXPECT_TRUE(pixelsAre(target, 12, 12, [&](int x, int y) {
+    Pixel pixel = pixelAt(before, x, y);
+    pixel[2] = static_cast<unsigned char>(divided(pixel[2], middleMean(before, 2), middleMean(reference, 2)));
+    return pixel;
+  }));
 }
 
 TEST(GlobalLevelsOfOneChannel, RefuseWhatAnImageLacks) {

@@ -19,13 +19,11 @@ void checkPutOver(int x, int y, TIppiImage& overlay, TIppiImage& back, TIppiImag
   overlay.PutOver(back, result, x, y);
   const int right = std::min(x + overlay.Width, back.Width) - 1;
   const int top = std::max(y, 0);
-  for (int v = 0; v < back.Height; ++v) {
-    for (int u = 0; u < back.Width; ++u) {
-      const bool inside = u >= x && u < right && v > top && v < y + overlay.Height;
-      const Pixel expected = inside ? over(pixelAt(overlay, u - x, v - y), pixelAt(back, u, v)) : pixelAt(before, u, v);
-      ASSERT_EQ(pixelAt(result, u, v), expected) << "at " << u << ", " << v << " for " << x << ", " << y;
-    }
-  }
+  const auto expected = [&](int u, int v) {
+    const bool inside = u >= x && u < right && v > top && v < y + overlay.Height;
+    return inside ? over(pixelAt(overlay, u - x, v - y), pixelAt(back, u, v)) : pixelAt(before, u, v);
+  };
+  ASSERT_TRUE(pixelsAre(result, back.Width, back.Height, expected)) << "for " << x << ", " << y;
 }
 
 TEST(PutOver, CompositesTheOverlapAtEveryPlace) {
@@ -87,13 +85,10 @@ TEST(AddAlpha, FillsTheAlphaChannelOnly) {
   before.Assign(image);
   fillRandom(alpha, 9, 7, 64);
   image.AddAlpha(alpha);
-  for (int y = 0; y < 7; ++y) {
-    for (int x = 0; x < 9; ++x) {
-      Pixel expected = pixelAt(before, x, y);
-      expected[3] = pixelAt(alpha, x, y)[0];
-      ASSERT_EQ(pixelAt(image, x, y), expected);
-    }
-  }
+  EXPECT_TRUE(pixelsAre(image, 9, 7, [&](int x, int y) {
+    const Pixel colour = pixelAt(before, x, y);
+    return Pixel{colour[0], colour[1], colour[2], pixelAt(alpha, x, y)[0]};
+  }));
   EXPECT_TRUE(soundImage(image));
 }
 

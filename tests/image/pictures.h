@@ -54,7 +54,25 @@ inline void fillRandom(TIppiImage& image, int width, int height, unsigned seed) 
   }
 }
 
-// Same mode, size and pixels; says where the first difference is.
+// Whether there are so many pixels and (x, y) is expected(x, y) everywhere; says where the first difference is.
+template <class Expected>
+testing::AssertionResult pixelsAre(const TIppiImage& image, int width, int height, Expected expected) {
+  if (image.Width != width || image.Height != height || image.Pixels == nullptr) {
+    return testing::AssertionFailure() << "size " << image.Width << 'x' << image.Height;
+  }
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const Pixel p = pixelAt(image, x, y), q = expected(x, y);
+      if (p == q) continue;
+      testing::AssertionResult result = testing::AssertionFailure() << "pixel " << x << ", " << y << ":";
+      for (std::size_t k = 0; k < 4; ++k) result << ' ' << int{p[k]} << '/' << int{q[k]};
+      return result;
+    }
+  }
+  return testing::AssertionSuccess();
+}
+
+// Same mode, size and pixels.
 inline testing::AssertionResult samePicture(const TIppiImage& a, const TIppiImage& b) {
   if (a.Mode != b.Mode || a.Width != b.Width || a.Height != b.Height) {
     return testing::AssertionFailure() << modeName(a.Mode) << ' ' << a.Width << 'x' << a.Height << " against "
@@ -62,17 +80,7 @@ inline testing::AssertionResult samePicture(const TIppiImage& a, const TIppiImag
   }
   if ((a.Pixels == nullptr) != (b.Pixels == nullptr)) return testing::AssertionFailure() << "one is empty";
   if (a.Pixels == nullptr) return testing::AssertionSuccess();
-  for (int y = 0; y < a.Height; ++y) {
-    for (int x = 0; x < a.Width; ++x) {
-      const Pixel p = pixelAt(a, x, y), q = pixelAt(b, x, y);
-      if (p == q) continue;
-      testing::AssertionResult result = testing::AssertionFailure() << "pixel " << x << ", " << y << ":";
-      for (int k = 0; k < 4; ++k)
-        result << ' ' << int{p[static_cast<unsigned>(k)]} << '/' << int{q[static_cast<unsigned>(k)]};
-      return result;
-    }
-  }
-  return testing::AssertionSuccess();
+  return pixelsAre(a, b.Width, b.Height, [&](int x, int y) { return pixelAt(b, x, y); });
 }
 
 // The fields hold together, and an 8-bit image has zeros in the padding of its rows.

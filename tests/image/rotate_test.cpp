@@ -13,9 +13,7 @@ TEST(Rotate, ByNinetyDegreesTurnsTheSeenPictureClockwise) {
     TIppiImage image(mode), dest;
     fillRandom(image, kSide, kSide, 42);
     image.RotateCenter(dest, 90, (kSide - 1) / 2.0, (kSide - 1) / 2.0);
-    for (int y = 0; y < kSide; ++y) {
-      for (int x = 0; x < kSide; ++x) ASSERT_EQ(pixelAt(dest, x, y), pixelAt(image, y, kSide - 1 - x));
-    }
+    EXPECT_TRUE(pixelsAre(dest, kSide, kSide, [&](int x, int y) { return pixelAt(image, y, kSide - 1 - x); }));
   }
 }
 
