@@ -83,15 +83,17 @@ TEST_P(GlobalLevels, AreClippedToWhatBothHave) {
       std::copy_n(reference.Pixels + row * reference.Step, common.Width * channelsOf(GetParam()),
                   common.Pixels + row * common.Step);
     }
-    EXPECT_TRUE(pixelsAre(target, width, height, [&](int x, int y) {
-      Pixel expected = pixelAt(before, x, y);
-      for (int c = 0; c < colours && x < 18 && height - 1 - y < 18; ++c) {
-        const auto k = static_cast<std::size_t>(c);
-        expected[k] = static_cast<unsigned char>(
-            divided(expected[k], middleMean(before, c, 18, 18), middleMean(common, c, 18, 18)));
-      }
-      return expected;
-    })) << width << " by " << height;
+    EXPECT_TRUE(pixelsAre(target, width, height,
+                          [&](int x, int y) {
+                            Pixel expected = pixelAt(before, x, y);
+                            for (int c = 0; c < colours && x < 18 && height - 1 - y < 18; ++c) {
+                              const auto k = static_cast<std::size_t>(c);
+                              expected[k] = static_cast<unsigned char>(
+                                  divided(expected[k], middleMean(before, c, 18, 18), middleMean(common, c, 18, 18)));
+                            }
+                            return expected;
+                          }))
+        << width << " by " << height;
   }
 }
 
