@@ -9,7 +9,7 @@
 constexpr std::size_t kFreeForehead[] = {10, 12, 13, 14, 15, 17, 19};
 
 // How much of a face's way sideways the temples go along with.
-constexpr double kTempleShare = 0.7;
+constexpr double kTempleShare = 0.6;
 
 // Moves the temples (8, 9) sideways and the top of the forehead (5) up or down, in a frame whose face stands upright:
 // the middle of the box around all points then lies near the place about which the picture was turned.

@@ -135,8 +135,16 @@ Shape meanOffset(const std::vector<Shape>& aligned) {
   return row;
 }
 
-// Turned by a radian or stretched twofold along one axis, about the centroid of the mean face; the temples bring along
-// how far apart tieForehead puts them, which moves each by a pixel or so at the end of a stretch's range.
+// What tieForehead makes of a change of the mean face.
+Shape tiedChange(Shape changed) {
+  Shape mean = meanShape();
+  tieForehead(mean);
+  tieForehead(changed);
+  for (std::size_t k = 0; k < kCoordinates; ++k) changed[k] -= mean[k];
+  return changed;
+}
+
+// Turned by a radian or stretched twofold along one axis, about the centroid of the mean face.
 enum class PoseRow { Turn, StretchX, StretchY };
 
 Shape poseRow(PoseRow kind) {
@@ -150,9 +158,7 @@ Shape poseRow(PoseRow kind) {
     if (kind == PoseRow::StretchX) changed[2 * n] += dx;
     if (kind == PoseRow::StretchY) changed[2 * n + 1] += dy;
   }
-  tieForehead(changed);
-  for (std::size_t k = 0; k < kCoordinates; ++k) changed[k] -= mean[k];
-  return changed;
+  return tiedChange(changed);
 }
 
 // The box between them keeps its middle.
@@ -165,12 +171,9 @@ Shape templesApart() {
 
 // One coordinate, and the temples as they follow it.
 Shape tiedCoordinate(std::size_t coordinate) {
-  Shape from = meanShape(), to = from;
-  to[coordinate] += 1;
-  tieForehead(from);
-  tieForehead(to);
-  for (std::size_t k = 0; k < kCoordinates; ++k) to[k] -= from[k];
-  return to;
+  Shape changed = meanShape();
+  changed[coordinate] += 1;
+  return tiedChange(changed);
 }
 
 // Root of the mean square of the aligned shapes along the row, about the mean face.
