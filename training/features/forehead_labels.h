@@ -12,7 +12,8 @@ constexpr std::size_t kFreeForehead[] = {10, 12, 13, 14, 15, 17, 19};
 constexpr double kTempleShare = 0.6;
 
 // Moves the temples (8, 9) sideways and the top of the forehead (5) up or down, in a frame whose face stands upright:
-// the middle of the box around all points then lies near the place about which the picture was turned.
+// the middle of the box around all points then lies where tilted faces come back right, a pixel or two right of and
+// below the place about which the picture was turned.
 //
 // The labels of these nodes are extrapolated, so no evidence is lost. But they span the box, and the box matters: the
 // way back to the image turns the found points about the middle of their box, while the picture was turned about the

@@ -161,7 +161,8 @@ Shape poseRow(PoseRow kind) {
   return tiedChange(changed);
 }
 
-// The box between them keeps its middle.
+// The box between them keeps its middle, but for what addRow takes off: the row to the mean of the faces brings the
+// temples apart and the box over together, and to be orthogonal to that this one takes the box back a little.
 Shape templesApart() {
   Shape row{};
   row[kLeftTempleX] = -1;
